@@ -1,0 +1,53 @@
+// QuilletPro: the desktop program.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDateTime>
+#include <cstdio>
+#include <cstdlib>
+
+#include "core/PathText.h"
+#include "core/Startup.h"
+#include "ui/MainWindow.h"
+
+namespace {
+
+bool haveDisplay()
+{
+#if defined(_WIN32) || defined(__APPLE__)
+    return true;
+#else
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY")
+        || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+#endif
+}
+
+}  // namespace
+
+int main(int argc, char* argv[])
+{
+    if (!haveDisplay()) {
+        std::fputs("QuilletPro: 没有可用的显示器 (no display: set DISPLAY or run under xvfb-run)\n", stderr);
+        return 2;
+    }
+    const QString runStamp = qp::makeRunStamp(QDateTime::currentDateTime());
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("QuilletPro"));
+
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOption({QStringLiteral("settings"), QStringLiteral("使用指定的设置文件 (settings file to use)"),
+                      QStringLiteral("FILE")});
+    parser.process(app);
+
+    const QString file = qp::chooseSettingsFile(parser.value(QStringLiteral("settings")));
+    qp::OpenedSettings opened = qp::openSettings(file, QApplication::applicationFilePath());
+    qp::ui::MainWindow window(std::move(opened.store), runStamp);
+    if (!opened.error.isEmpty())
+        window.session().messages().add(opened.error, qp::MessageColour::Red);
+    if (opened.report.invalidUtf8)
+        window.session().messages().add(QStringLiteral("设置文件中有不是 UTF-8 的字节，已替换为“�”：")
+                                            + qp::nativeSeparators(file),
+                                        qp::MessageColour::Red);
+    window.show();
+    return app.exec();
+}

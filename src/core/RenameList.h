@@ -1,0 +1,59 @@
+// The rows of the rename list and the set of their full paths (the known-path list),
+// kept as comparison keys so that a duplicate is found by a hash look-up.
+#pragma once
+
+#include <QSet>
+#include <QString>
+#include <vector>
+
+#include "core/FileEntry.h"
+#include "core/PathText.h"
+
+namespace qp {
+
+class RenameList {
+public:
+    qsizetype size() const { return qsizetype(m_rows.size()); }
+    bool isEmpty() const { return m_rows.empty(); }
+    const FileEntry& at(qsizetype row) const { return m_rows[size_t(row)]; }
+    FileEntry& operator[](qsizetype row) { return m_rows[size_t(row)]; }
+    const std::vector<FileEntry>& rows() const { return m_rows; }
+
+    void reserve(qsizetype rows);
+    // Appends the row and records its path as known.
+    void append(FileEntry entry);
+    void removeAt(qsizetype row);
+    // Removes every row for which `drop` is true, keeping order, in one pass.
+    template <typename Pred>
+    qsizetype removeIf(Pred drop);
+    void clear();
+
+    bool isKnown(const QString& key) const { return m_known.contains(key); }
+    qsizetype knownCount() const { return m_known.size(); }
+    // Re-records a row's path after the row was renamed or moved.
+    void updateKnownPath(const QString& oldFullPath, const QString& newFullPath);
+
+private:
+    std::vector<FileEntry> m_rows;
+    QSet<QString> m_known;
+};
+
+template <typename Pred>
+qsizetype RenameList::removeIf(Pred drop)
+{
+    const size_t before = m_rows.size();
+    size_t kept = 0;
+    for (size_t i = 0; i < m_rows.size(); ++i) {
+        if (drop(m_rows[i])) {
+            m_known.remove(pathKey(m_rows[i].fullPath()));
+            continue;
+        }
+        if (kept != i)
+            m_rows[kept] = std::move(m_rows[i]);
+        ++kept;
+    }
+    m_rows.resize(kept);
+    return qsizetype(before - kept);
+}
+
+}  // namespace qp

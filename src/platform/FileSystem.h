@@ -1,0 +1,140 @@
+// The one layer that touches the disk. Plain C++20 over POSIX and Win32, no Qt:
+// it cross-builds with MinGW so that its Windows behaviour can be tested under Wine.
+// Paths are UTF-16 with '/' as separator (Win32 accepts '/' as well; the Windows side
+// converts where an API insists on '\').
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qp::platform {
+
+using Path = std::u16string;
+using PathView = std::u16string_view;
+
+// The Windows attribute bits; on Linux the same word is synthesised (see attributesOf).
+enum Attribute : std::uint32_t {
+    AttrReadOnly = 0x01,
+    AttrHidden = 0x02,
+    AttrSystem = 0x04,
+    AttrDirectory = 0x10,
+    AttrArchive = 0x20,
+};
+
+// Nanoseconds since 1970-01-01 UTC.
+using FileTime = std::int64_t;
+
+struct FileInfo {
+    bool isFolder = false;
+    bool isSymlink = false;   // the entry itself is a link (its target decides isFolder)
+    std::uint64_t size = 0;   // bytes; 0 for folders
+    FileTime modified = 0;
+    FileTime created = 0;     // birth time where the file system keeps one, else status-change time
+    FileTime accessed = 0;
+    std::uint32_t attributes = 0;  // Attribute bits
+};
+
+// Stat one path; nullopt when nothing is there (or it cannot be read).
+std::optional<FileInfo> stat(PathView path);
+bool exists(PathView path);
+bool isFile(PathView path);
+bool isFolder(PathView path);
+
+// "<DIR>" for a folder, then A, R, H, S in that order for the bits that are set.
+std::u16string attributeLetters(std::uint32_t attributes);
+
+// Sets read-only, hidden, system and archive as far as the platform has them.
+// Linux: read-only clears every write bit (and clearing it gives the owner write
+// permission back); hidden, system and archive cannot be set and make the call fail
+// when they differ from what the file already has.
+bool setAttributes(PathView path, std::uint32_t attributes);
+
+enum class RenameStatus {
+    Ok,
+    TargetExists,   // something already has the target name; nothing was changed
+    SourceMissing,
+    AccessDenied,
+    NameTooLong,
+    InvalidName,
+    NotSameDevice,
+    Other,
+};
+
+struct RenameResult {
+    RenameStatus status = RenameStatus::Other;
+    int systemError = 0;        // errno or GetLastError()
+    std::string systemMessage;  // the OS's own text, UTF-8
+    bool ok() const { return status == RenameStatus::Ok; }
+};
+
+// Renames a file or folder and never replaces an existing object. A rename that only
+// changes letter case of the same object succeeds on case-insensitive file systems.
+RenameResult renameNoReplace(PathView from, PathView to);
+
+// Creates the folder and every missing parent. True when the folder exists afterwards.
+bool createFolders(PathView path);
+
+// The drive that holds the operating system: "C:/" on Windows, "/" elsewhere.
+Path systemDrive();
+
+// The key under which paths are compared: case-folded where the file system ignores
+// case (Windows, macOS), the path itself on Linux.
+Path pathKey(PathView path);
+bool pathKeysIgnoreCase();
+
+struct DirEntry {
+    PathView folder;  // with trailing '/'
+    PathView name;    // the entry's own name
+    FileInfo info;
+};
+
+enum class WalkProblem {
+    Unreadable,      // a folder could not be opened or read (vanished, no permission)
+    BadNameEncoding, // a name that is not valid UTF-8 (Linux); it is skipped, never guessed
+};
+
+struct WalkEvents {
+    // Called for every entry below the root (never "." or ".."), hidden ones included.
+    // Return false to stop the walk.
+    std::function<bool(const DirEntry&)> entry;
+    // Called for a folder or name the walk had to skip; `what` is the folder path or,
+    // for a bad name, the folder plus the name with undecodable bytes shown as U+FFFD.
+    std::function<void(WalkProblem, PathView what)> problem;
+};
+
+// Lists `root` (a folder, with or without trailing '/'): only its children, or with
+// `recursive` everything below it, depth first, a folder's entry before its contents.
+// Symbolic links to folders are listed but never descended into, so a loop cannot hang.
+// Returns false when the walk was stopped by the callback.
+bool walk(PathView root, bool recursive, const WalkEvents& events);
+
+enum class ReadStatus { Ok, Missing, Unreadable, TooLarge };
+struct ReadResult {
+    ReadStatus status = ReadStatus::Unreadable;
+    std::string bytes;
+    std::string systemMessage;  // UTF-8, empty when status is Ok
+};
+// Reads a whole file; files larger than maxBytes are not read (TooLarge).
+ReadResult readFile(PathView path, std::uint64_t maxBytes);
+
+// Writes `bytes` to a temporary file beside `path`, flushes it to disk and moves it over
+// `path`, so that readers see either the old or the new file whole. This is for the
+// program's own state files (settings, snapshots, command files), never for a rename.
+bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error);
+
+// The running executable's full path.
+Path executablePath();
+
+// UTF-8 <-> UTF-16 helpers for the platform's own byte paths. toUtf16 returns nullopt for
+// bytes that are not valid UTF-8; toUtf16Lossy replaces them with U+FFFD.
+std::optional<Path> toUtf16(std::string_view utf8);
+Path toUtf16Lossy(std::string_view utf8);
+std::string toUtf8(PathView utf16);
+// Appends the strict decoding of `utf8` to `out` (for loops that reuse one buffer). On
+// invalid input `out` is left as it was and the result is false.
+bool appendUtf16(std::string_view utf8, Path& out);
+
+}  // namespace qp::platform

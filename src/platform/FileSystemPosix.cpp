@@ -1,0 +1,596 @@
+// The platform layer over Linux system calls. Paths arrive as UTF-16 and go to the kernel
+// as UTF-8 bytes; names read from the disk that are not valid UTF-8 are never guessed at.
+#ifndef _WIN32
+
+#include "platform/FileSystem.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#ifndef RENAME_NOREPLACE
+#define RENAME_NOREPLACE (1 << 0)
+#endif
+
+namespace qp::platform {
+namespace {
+
+constexpr unsigned kStatMask = STATX_BASIC_STATS | STATX_BTIME;
+
+// GNU and XSI strerror_r differ in their return type; both end up here.
+[[maybe_unused]] const char* pickMessage(int rc, const char* buffer) { return rc == 0 ? buffer : "Unknown error"; }
+[[maybe_unused]] const char* pickMessage(const char* text, const char*) { return text; }
+
+std::string errorText(int error)
+{
+    char buffer[256] = {};
+    return pickMessage(strerror_r(error, buffer, sizeof buffer), buffer);
+}
+
+FileTime toFileTime(const struct statx_timestamp& t)
+{
+    return static_cast<FileTime>(t.tv_sec) * 1'000'000'000 + static_cast<FileTime>(t.tv_nsec);
+}
+
+bool isHiddenName(std::string_view name)
+{
+    return !name.empty() && name.front() == '.' && name != "." && name != "..";
+}
+
+std::string_view lastComponent(std::string_view path)
+{
+    while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+    const auto slash = path.rfind('/');
+    return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
+// `sx` describes the entry itself (not followed). A link is followed only to learn whether
+// it leads to a folder and how large its target is; a broken link stays a file described
+// by the link's own data.
+void fillInfo(int dirFd, const char* name, const struct statx& sx, bool hidden, FileInfo& info)
+{
+    info = FileInfo{};
+    bool folder = S_ISDIR(sx.stx_mode);
+    std::uint64_t size = sx.stx_size;
+    if (S_ISLNK(sx.stx_mode)) {
+        info.isSymlink = true;
+        struct statx target;
+        if (statx(dirFd, name, AT_NO_AUTOMOUNT, STATX_TYPE | STATX_SIZE, &target) == 0) {
+            folder = S_ISDIR(target.stx_mode);
+            size = target.stx_size;
+        }
+    }
+    info.isFolder = folder;
+    info.size = folder ? 0 : size;
+    info.modified = toFileTime(sx.stx_mtime);
+    info.accessed = toFileTime(sx.stx_atime);
+    info.created = (sx.stx_mask & STATX_BTIME) ? toFileTime(sx.stx_btime) : toFileTime(sx.stx_ctime);
+    std::uint32_t attributes = 0;
+    if (folder) attributes |= AttrDirectory;
+    if ((sx.stx_mode & S_IWUSR) == 0) attributes |= AttrReadOnly;
+    if (hidden) attributes |= AttrHidden;
+    info.attributes = attributes;
+}
+
+int renameNoReplaceRaw(const char* from, const char* to)
+{
+#if defined(__GLIBC__) && (__GLIBC__ > 2 || (__GLIBC__ == 2 && __GLIBC_MINOR__ >= 28))
+    return ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
+#else
+    return static_cast<int>(::syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE));
+#endif
+}
+
+bool lexists(const std::string& path)
+{
+    struct stat st;
+    return ::lstat(path.c_str(), &st) == 0;
+}
+
+// Only for file systems that do not know RENAME_NOREPLACE: the existence check and the
+// rename are two steps, so another process could slip a target in between. Nothing better
+// exists there for folders, which cannot be hard-linked.
+int checkedRename(const std::string& from, const std::string& to)
+{
+    struct stat st;
+    if (::lstat(to.c_str(), &st) == 0) {
+        errno = EEXIST;
+        return -1;
+    }
+    if (errno != ENOENT) return -1;
+    return ::rename(from.c_str(), to.c_str());
+}
+
+// Fallback when the file system rejects RENAME_NOREPLACE. For a file, link() refuses an
+// existing target atomically and unlink() then removes the old name; file systems without
+// hard links get the checked rename instead.
+int renameWithoutFlag(const std::string& from, const std::string& to)
+{
+    struct stat st;
+    if (::lstat(from.c_str(), &st) != 0) return -1;
+    if (S_ISDIR(st.st_mode)) return checkedRename(from, to);
+    if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0) != 0) {
+        const int err = errno;
+        if (err == EPERM || err == EOPNOTSUPP || err == EMLINK || err == ENOSYS) return checkedRename(from, to);
+        errno = err;
+        return -1;
+    }
+    if (::unlink(from.c_str()) != 0) {
+        const int err = errno;
+        ::unlink(to.c_str());  // leave things as they were
+        errno = err;
+        return -1;
+    }
+    return 0;
+}
+
+std::string parentOf(const std::string& path)
+{
+    const auto slash = path.rfind('/');
+    if (slash == std::string::npos) return ".";
+    if (slash == 0) return "/";
+    return path.substr(0, slash);
+}
+
+bool folderHasExactName(const std::string& folder, std::string_view name);
+
+// On a case-insensitive file system (vfat, ext4 with casefold) the target of a case-only
+// rename is found as the source itself, and the kernel reports EEXIST. That is the case when
+// both names are the same object in the same folder and no entry of exactly the target name
+// exists (a hard link named like the target would be a real, different name). Such a
+// rename goes through a temporary name.
+bool isCaseOnlyRename(const std::string& from, const std::string& to)
+{
+    if (parentOf(from) != parentOf(to)) return false;
+    const std::string_view fromName = lastComponent(from);
+    const std::string_view toName = lastComponent(to);
+    if (fromName == toName || fromName.size() != toName.size()) return false;
+    struct stat a, b;
+    if (::lstat(from.c_str(), &a) != 0 || ::lstat(to.c_str(), &b) != 0) return false;
+    if (a.st_dev != b.st_dev || a.st_ino != b.st_ino) return false;
+    return !folderHasExactName(parentOf(to), toName);
+}
+
+std::atomic<unsigned> gTempCounter{0};
+
+std::string tempSuffix()
+{
+    return "-" + std::to_string(::getpid()) + "-" + std::to_string(gTempCounter.fetch_add(1));
+}
+
+int caseOnlyRename(const std::string& from, const std::string& to)
+{
+    const std::string parent = parentOf(from);
+    const std::string temp = (parent == "/" ? std::string("/") : parent + "/") + ".qp-case" + tempSuffix();
+    if (renameNoReplaceRaw(from.c_str(), temp.c_str()) != 0) return -1;
+    if (renameNoReplaceRaw(temp.c_str(), to.c_str()) != 0) {
+        const int err = errno;
+        ::rename(temp.c_str(), from.c_str());
+        errno = err;
+        return -1;
+    }
+    return 0;
+}
+
+RenameStatus statusFor(int error, const std::string& from)
+{
+    switch (error) {
+    case EEXIST:
+    case ENOTEMPTY:
+        return RenameStatus::TargetExists;
+    case ENOENT:
+    case ENOTDIR:
+        // Either the source is gone or a folder on the target's path is missing.
+        return lexists(from) ? RenameStatus::Other : RenameStatus::SourceMissing;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EBUSY:
+    case ETXTBSY:
+        return RenameStatus::AccessDenied;
+    case ENAMETOOLONG:
+        return RenameStatus::NameTooLong;
+    case EXDEV:
+        return RenameStatus::NotSameDevice;
+    case EINVAL:
+    case EILSEQ:
+        return RenameStatus::InvalidName;
+    default:
+        return RenameStatus::Other;
+    }
+}
+
+// ---- folder walk ---------------------------------------------------------------------
+
+// The kernel's record for getdents64; only its layout is used.
+struct LinuxDirent64 {
+    std::uint64_t d_ino;
+    std::int64_t d_off;
+    unsigned short d_reclen;
+    unsigned char d_type;
+    char d_name[1];
+};
+
+struct Item {
+    std::uint32_t nameOffset = 0;  // raw bytes in Level::names
+    std::uint32_t nameLength = 0;
+    std::uint32_t textOffset = 0;  // UTF-16 in Level::texts
+    std::uint32_t textLength = 0;
+    bool badName = false;
+    FileInfo info;
+};
+
+// Everything one depth needs, reused for every folder met at that depth so that a large
+// walk allocates only while its buffers grow.
+struct Level {
+    Path folder;        // UTF-16, with trailing '/'
+    std::string names;  // the entries' names as read
+    Path texts;         // the same names decoded
+    std::vector<Item> items;
+};
+
+class Walker {
+public:
+    Walker(bool recursive, const WalkEvents& events) : recursive_(recursive), events_(events), buffer_(64 * 1024) {}
+
+    bool run(PathView root)
+    {
+        if (root.empty()) {  // not the file system's root
+            report(WalkProblem::Unreadable, root);
+            return true;
+        }
+        levels_.emplace_back();
+        Path& folder = levels_.front().folder;
+        folder.assign(root);
+        if (folder.empty() || folder.back() != u'/') folder.push_back(u'/');
+        bytePath_ = toUtf8(folder);
+        return walkFolder(0);
+    }
+
+private:
+    void report(WalkProblem problem, PathView what)
+    {
+        if (events_.problem) events_.problem(problem, what);
+    }
+
+    // Reads every entry of one folder, with its metadata, while the folder is open. The
+    // descriptor is closed before any child is visited, so deep trees use one at a time.
+    bool readFolder(int fd, Level& level)
+    {
+        level.names.clear();
+        level.texts.clear();
+        level.items.clear();
+        bool statFailed = false;
+        for (;;) {
+            const long got = ::syscall(SYS_getdents64, fd, buffer_.data(), buffer_.size());
+            if (got == 0) break;
+            if (got < 0) {
+                if (errno == EINTR) continue;
+                return false;
+            }
+            for (long pos = 0; pos < got;) {
+                const char* record = buffer_.data() + pos;
+                unsigned short length = 0;
+                std::memcpy(&length, record + offsetof(LinuxDirent64, d_reclen), sizeof length);
+                pos += length;
+                const char* name = record + offsetof(LinuxDirent64, d_name);
+                const std::string_view nameView(name);
+                if (nameView == "." || nameView == "..") continue;
+
+                Item item;
+                item.nameOffset = static_cast<std::uint32_t>(level.names.size());
+                item.nameLength = static_cast<std::uint32_t>(nameView.size());
+                item.textOffset = static_cast<std::uint32_t>(level.texts.size());
+                if (!appendUtf16(nameView, level.texts)) {
+                    item.badName = true;
+                } else {
+                    struct statx sx;
+                    if (statx(fd, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kStatMask, &sx) != 0) {
+                        level.texts.resize(item.textOffset);
+                        if (errno != ENOENT) statFailed = true;  // vanished entries are simply gone
+                        continue;
+                    }
+                    fillInfo(fd, name, sx, isHiddenName(nameView), item.info);
+                }
+                item.textLength = static_cast<std::uint32_t>(level.texts.size() - item.textOffset);
+                level.names.append(nameView);
+                level.items.push_back(item);
+            }
+        }
+        return !statFailed;
+    }
+
+    bool walkFolder(std::size_t depth)
+    {
+        Level& level = levels_[depth];
+        // Below the root a folder must not have turned into a link since it was listed.
+        const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (depth > 0 ? O_NOFOLLOW : 0);
+        const int fd = ::open(bytePath_.c_str(), flags);
+        if (fd < 0) {
+            report(WalkProblem::Unreadable, level.folder);
+            return true;
+        }
+        const bool complete = readFolder(fd, level);
+        ::close(fd);
+        if (!complete) report(WalkProblem::Unreadable, level.folder);
+
+        const std::size_t pathLength = bytePath_.size();
+        for (const Item& item : level.items) {
+            const std::string_view rawName(level.names.data() + item.nameOffset, item.nameLength);
+            if (item.badName) {
+                Path what = level.folder;
+                what += toUtf16Lossy(rawName);
+                report(WalkProblem::BadNameEncoding, what);
+                continue;
+            }
+            const PathView name(level.texts.data() + item.textOffset, item.textLength);
+            if (events_.entry && !events_.entry(DirEntry{level.folder, name, item.info})) return false;
+            if (!recursive_ || !item.info.isFolder || item.info.isSymlink) continue;
+
+            if (levels_.size() <= depth + 1) levels_.emplace_back();  // a deque keeps `level` valid
+            Level& child = levels_[depth + 1];
+            child.folder.assign(level.folder).append(name).push_back(u'/');
+            bytePath_.append(rawName).push_back('/');
+            const bool go = walkFolder(depth + 1);
+            bytePath_.resize(pathLength);
+            if (!go) return false;
+        }
+        return true;
+    }
+
+    bool recursive_;
+    const WalkEvents& events_;
+    std::vector<char> buffer_;
+    std::deque<Level> levels_;
+    std::string bytePath_;  // the current folder as bytes, with trailing '/'
+};
+
+bool folderHasExactName(const std::string& folder, std::string_view name)
+{
+    bool found = false;
+    WalkEvents events;
+    const std::optional<Path> wanted = toUtf16(name);
+    if (!wanted) return false;
+    events.entry = [&](const DirEntry& e) {
+        found = e.name == *wanted;
+        return !found;
+    };
+    walk(toUtf16Lossy(folder), false, events);
+    return found;
+}
+
+}  // namespace
+
+std::optional<FileInfo> stat(PathView path)
+{
+    const std::string bytes = toUtf8(path);
+    struct statx sx;
+    if (statx(AT_FDCWD, bytes.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kStatMask, &sx) != 0) return std::nullopt;
+    FileInfo info;
+    fillInfo(AT_FDCWD, bytes.c_str(), sx, isHiddenName(lastComponent(bytes)), info);
+    return info;
+}
+
+bool exists(PathView path) { return stat(path).has_value(); }
+
+bool isFile(PathView path)
+{
+    const auto info = stat(path);
+    return info && !info->isFolder;
+}
+
+bool isFolder(PathView path)
+{
+    const auto info = stat(path);
+    return info && info->isFolder;
+}
+
+bool setAttributes(PathView path, std::uint32_t attributes)
+{
+    const auto info = stat(path);
+    if (!info) return false;
+    // Hidden comes from the name; archive and system do not exist here.
+    constexpr std::uint32_t fixed = AttrHidden | AttrSystem | AttrArchive;
+    if ((attributes & fixed) != (info->attributes & fixed)) return false;
+
+    const std::string bytes = toUtf8(path);
+    struct stat st;
+    if (::stat(bytes.c_str(), &st) != 0) return false;
+    const mode_t mode = st.st_mode & 07777;
+    mode_t wanted = mode;
+    if (attributes & AttrReadOnly) wanted &= ~static_cast<mode_t>(S_IWUSR | S_IWGRP | S_IWOTH);
+    else if ((mode & S_IWUSR) == 0) wanted |= S_IWUSR;
+    if (wanted == mode) return true;
+    return ::chmod(bytes.c_str(), wanted) == 0;
+}
+
+RenameResult renameNoReplace(PathView from, PathView to)
+{
+    const std::string source = toUtf8(from);
+    const std::string target = toUtf8(to);
+    RenameResult result;
+    int rc = renameNoReplaceRaw(source.c_str(), target.c_str());
+    if (rc != 0 && (errno == EINVAL || errno == ENOSYS)) {
+        // EINVAL is also what moving a folder into itself gives; the fallback reaches
+        // rename(), which reports that case again.
+        rc = renameWithoutFlag(source, target);
+    }
+    if (rc != 0 && errno == EEXIST && isCaseOnlyRename(source, target)) rc = caseOnlyRename(source, target);
+    if (rc == 0) {
+        result.status = RenameStatus::Ok;
+        return result;
+    }
+    const int err = errno;
+    result.status = statusFor(err, source);
+    result.systemError = err;
+    result.systemMessage = errorText(err);
+    return result;
+}
+
+bool createFolders(PathView path)
+{
+    std::string bytes = toUtf8(path);
+    while (bytes.size() > 1 && bytes.back() == '/') bytes.pop_back();
+    if (bytes.empty()) return false;
+    struct stat st;
+    if (::stat(bytes.c_str(), &st) == 0) return S_ISDIR(st.st_mode);
+    // Each level in turn; a level that exists already (or cannot be created because it
+    // is a mount point one may not write to) is not an error until the end decides.
+    for (std::size_t slash = bytes.find('/', 1); slash != std::string::npos; slash = bytes.find('/', slash + 1)) {
+        bytes[slash] = '\0';
+        ::mkdir(bytes.c_str(), 0777);
+        bytes[slash] = '/';
+    }
+    ::mkdir(bytes.c_str(), 0777);
+    return ::stat(bytes.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+Path systemDrive() { return u"/"; }
+
+Path pathKey(PathView path) { return Path(path); }
+
+bool pathKeysIgnoreCase() { return false; }
+
+bool walk(PathView root, bool recursive, const WalkEvents& events)
+{
+    Walker walker(recursive, events);
+    return walker.run(root);
+}
+
+ReadResult readFile(PathView path, std::uint64_t maxBytes)
+{
+    ReadResult result;
+    const std::string bytes = toUtf8(path);
+    const int fd = ::open(bytes.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        const int err = errno;
+        result.status = (err == ENOENT || err == ENOTDIR) ? ReadStatus::Missing : ReadStatus::Unreadable;
+        result.systemMessage = errorText(err);
+        return result;
+    }
+    struct stat st;
+    if (::fstat(fd, &st) != 0) {
+        result.systemMessage = errorText(errno);
+        ::close(fd);
+        return result;
+    }
+    if (S_ISDIR(st.st_mode)) {
+        result.systemMessage = errorText(EISDIR);
+        ::close(fd);
+        return result;
+    }
+    if (static_cast<std::uint64_t>(st.st_size) > maxBytes) {
+        result.status = ReadStatus::TooLarge;
+        result.systemMessage = errorText(EFBIG);
+        ::close(fd);
+        return result;
+    }
+    // The size is only a hint: files under /proc say 0, and a file may grow meanwhile.
+    std::string data;
+    data.resize(static_cast<std::size_t>(st.st_size) + 1);
+    std::size_t used = 0;
+    for (;;) {
+        if (used == data.size()) data.resize(data.size() * 2 + 4096);
+        const ssize_t got = ::read(fd, data.data() + used, data.size() - used);
+        if (got == 0) break;
+        if (got < 0) {
+            if (errno == EINTR) continue;
+            result.systemMessage = errorText(errno);
+            ::close(fd);
+            return result;
+        }
+        used += static_cast<std::size_t>(got);
+        if (used > maxBytes) {
+            result.status = ReadStatus::TooLarge;
+            result.systemMessage = errorText(EFBIG);
+            ::close(fd);
+            return result;
+        }
+    }
+    ::close(fd);
+    data.resize(used);
+    result.status = ReadStatus::Ok;
+    result.bytes = std::move(data);
+    return result;
+}
+
+bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error)
+{
+    const std::string target = toUtf8(path);
+    auto fail = [&](const std::string& what, int err) {
+        if (error) *error = what + ": " + errorText(err);
+        return false;
+    };
+    const std::string parent = parentOf(target);
+    if (!createFolders(toUtf16Lossy(parent))) return fail(parent, errno ? errno : ENOTDIR);
+
+    const std::string temp = target + ".tmp" + tempSuffix();
+    const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (fd < 0) return fail(temp, errno);
+    auto abandon = [&](int err) {
+        ::close(fd);
+        ::unlink(temp.c_str());
+        return fail(temp, err);
+    };
+    struct stat old;
+    if (::stat(target.c_str(), &old) == 0) ::fchmod(fd, old.st_mode & 07777);  // keep the file's permissions
+
+    const char* data = bytes.data();
+    std::size_t left = bytes.size();
+    while (left > 0) {
+        const ssize_t put = ::write(fd, data, left);
+        if (put < 0) {
+            if (errno == EINTR) continue;
+            return abandon(errno);
+        }
+        data += put;
+        left -= static_cast<std::size_t>(put);
+    }
+    if (::fsync(fd) != 0) return abandon(errno);
+    if (::close(fd) != 0) {
+        const int err = errno;
+        ::unlink(temp.c_str());
+        return fail(temp, err);
+    }
+    if (::rename(temp.c_str(), target.c_str()) != 0) {
+        const int err = errno;
+        ::unlink(temp.c_str());
+        return fail(target, err);
+    }
+    // Make the new name itself durable; failing here loses nothing already written.
+    const int dirFd = ::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (dirFd >= 0) {
+        ::fsync(dirFd);
+        ::close(dirFd);
+    }
+    if (error) error->clear();
+    return true;
+}
+
+Path executablePath()
+{
+    std::string buffer(256, '\0');
+    for (;;) {
+        const ssize_t got = ::readlink("/proc/self/exe", buffer.data(), buffer.size());
+        if (got < 0) return {};
+        if (static_cast<std::size_t>(got) < buffer.size()) {
+            buffer.resize(static_cast<std::size_t>(got));
+            return toUtf16Lossy(buffer);
+        }
+        buffer.resize(buffer.size() * 2);
+    }
+}
+
+}  // namespace qp::platform
+
+#endif  // _WIN32
