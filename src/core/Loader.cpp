@@ -91,6 +91,65 @@ QStringList decodeListLines(const QByteArray& bytes, qsizetype& undecodable)
 
 }  // namespace
 
+qsizetype dropKnownAndRepeated(LoadCandidates& candidates, const RenameList& list, bool mayRepeat)
+{
+    QSet<QString> seen;
+    if (mayRepeat)
+        seen.reserve(candidates.size());
+    std::vector<FileEntry>& rows = candidates.rows;
+    std::vector<QString>& keys = candidates.keys;
+    keys.clear();
+    keys.reserve(rows.size());
+    size_t kept = 0;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        QString key = pathKey(rows[i].fullPath());
+        if (list.isKnown(key))
+            continue;
+        if (mayRepeat) {
+            if (seen.contains(key))
+                continue;
+            seen.insert(key);
+        }
+        if (kept != i)
+            rows[kept] = std::move(rows[i]);
+        keys.push_back(std::move(key));
+        ++kept;
+    }
+    const qsizetype dropped = qsizetype(rows.size() - kept);
+    rows.resize(kept);
+    return dropped;
+}
+
+QString RowMaker::sharedExtension(QStringView ext)
+{
+    if (ext.isEmpty())
+        return QString();
+    const QString text = ext.toString();
+    auto it = m_extensions.constFind(text);
+    if (it == m_extensions.constEnd())
+        it = m_extensions.insert(text, text);
+    return *it;
+}
+
+FileEntry RowMaker::make(const QString& folder, QStringView fileName, const platform::FileInfo& info)
+{
+    FileEntry row;
+    row.isFolder = info.isFolder;
+    const qsizetype dot = row.isFolder ? -1 : fileName.lastIndexOf(QLatin1Char('.'));
+    row.name = (dot < 0 ? fileName : fileName.left(dot)).toString();
+    // Extensions repeat across thousands of rows; one shared copy each saves memory.
+    row.ext = dot < 0 ? QString() : sharedExtension(fileName.mid(dot));
+    row.newName = row.name;
+    row.newExt = row.ext;
+    row.path = folder;
+    row.size = info.size;
+    row.modified = info.modified;
+    row.attributes = info.attributes;
+    row.icon = row.isFolder ? IconFolder : IconFile;
+    row.state = StateLoaded;
+    return row;
+}
+
 ListFileContent readListFile(const QString& listFile)
 {
     ListFileContent content;
@@ -198,6 +257,7 @@ LoadResult Loader::run(const QStringList& paths)
 
     BusyScope busy(m_session.interaction());
     Candidates candidates;
+    m_severalSources = paths.size() > 1;
     if (!gather(paths, candidates, result)) {
         result.outcome = LoadResult::Outcome::Cancelled;
         return result;
@@ -243,10 +303,10 @@ bool Loader::gather(const QStringList& paths, Candidates& out, LoadResult& resul
             reportSkipped(QStringLiteral("对象不存在：") + nativeSeparators(path), result);
             continue;
         }
-        const bool root = isRootPath(path);
-        PathParts parts = splitPath(path);
-        if (!info->isFolder || (m_folderRows && !root))
-            out.push_back(Candidate{std::move(parts.folder), std::move(parts.fileName), *info});
+        if (!info->isFolder || (m_folderRows && !isRootPath(path))) {
+            const PathParts parts = splitPath(path);
+            out.rows.push_back(m_rowMaker.make(parts.folder, parts.fileName, *info));
+        }
         if (info->isFolder && m_recursive && !expandFolder(path, out, result, kCaptionExpand))
             return false;
     }
@@ -272,7 +332,8 @@ bool Loader::expandFolder(const QString& folder, Candidates& out, LoadResult& re
             lastFolder.assign(entry.folder);
             sharedFolder = fromPlatformPath(entry.folder);
         }
-        out.push_back(Candidate{sharedFolder, fromPlatformPath(entry.name), entry.info});
+        const QStringView name(reinterpret_cast<const QChar*>(entry.name.data()), qsizetype(entry.name.size()));
+        out.rows.push_back(m_rowMaker.make(sharedFolder, name, entry.info));
         return true;
     };
     events.problem = [&](platform::WalkProblem problem, platform::PathView what) {
@@ -313,21 +374,8 @@ bool Loader::removeDuplicates(Candidates& candidates, LoadResult& result)
             }
         }
     }
-    if (dedupe) {
-        // Duplicates inside one load (a folder and a file in it chosen together, repeated
-        // list lines) are dropped too: two rows for one object could only fail later.
-        QSet<QString> seen;
-        seen.reserve(qsizetype(candidates.size()));
-        const auto before = candidates.size();
-        std::erase_if(candidates, [&](const Candidate& c) {
-            const QString key = pathKey(c.folder + c.name);
-            if (list.isKnown(key) || seen.contains(key))
-                return true;
-            seen.insert(key);
-            return false;
-        });
-        result.duplicates = qsizetype(before - candidates.size());
-    }
+    if (dedupe && (m_severalSources || !list.isEmpty()))
+        result.duplicates = dropKnownAndRepeated(candidates, list, m_severalSources);
     m_session.setPendingImport(false);
     return true;
 }
@@ -338,39 +386,29 @@ void Loader::filter(Candidates& candidates, LoadResult& result)
     if (nameFilter.keepsEverything())
         return;
     m_session.interaction().progress(kCaptionFilter, 0);
-    const auto before = candidates.size();
-    std::erase_if(candidates, [&](const Candidate& c) { return !nameFilter.passes(c.folder, c.name, c.info.isFolder); });
-    result.filteredOut = qsizetype(before - candidates.size());
+    const qsizetype before = candidates.size();
+    std::vector<FileEntry> kept;
+    std::vector<QString> keptKeys;
+    const bool haveKeys = !candidates.keys.empty();
+    for (size_t i = 0; i < candidates.rows.size(); ++i) {
+        FileEntry& row = candidates.rows[i];
+        if (!nameFilter.passes(row.path, row.fileName(), row.isFolder))
+            continue;
+        kept.push_back(std::move(row));
+        if (haveKeys)
+            keptKeys.push_back(std::move(candidates.keys[i]));
+    }
+    candidates.rows = std::move(kept);
+    candidates.keys = std::move(keptKeys);
+    result.filteredOut = before - candidates.size();
 }
 
 void Loader::appendRows(Candidates& candidates, LoadResult& result)
 {
-    RenameList& list = m_session.renameList();
-    const qsizetype total = qsizetype(candidates.size());
-    list.reserve(list.size() + total);
-    for (qsizetype i = 0; i < total; ++i) {
-        if (i % kPollEvery == 0) {
-            m_session.interaction().progress(kCaptionAppend, int(i * 100 / total));
-            m_session.interaction().stopRequested();  // keeps a window responsive; a load is not cut short
-        }
-        Candidate& c = candidates[size_t(i)];
-        NameParts parts = splitFileName(c.name, c.info.isFolder);
-        FileEntry row;
-        row.isFolder = c.info.isFolder;
-        row.newName = parts.name;
-        row.newExt = parts.ext;
-        row.name = std::move(parts.name);
-        row.ext = std::move(parts.ext);
-        row.path = std::move(c.folder);
-        row.size = c.info.size;
-        row.modified = c.info.modified;
-        row.attributes = c.info.attributes;
-        row.icon = row.isFolder ? IconFolder : IconFile;
-        row.state = StateLoaded;
-        list.append(std::move(row));
-    }
+    result.added = candidates.size();
+    m_session.interaction().progress(kCaptionAppend, 0);
+    m_session.renameList().appendAll(std::move(candidates.rows), std::move(candidates.keys));
     m_session.interaction().progress(kCaptionAppend, 100);
-    result.added = total;
 }
 
 LoadResult Loader::traverseList()
@@ -408,6 +446,7 @@ LoadResult Loader::traverseList()
     m_folderRows = m_session.settings().readBool(keys::kOperation, keys::kFlagAddFolder, true);
     BusyScope busy(ui);
     Candidates candidates;
+    m_severalSources = folders.size() > 1;
     for (const QString& folder : folders) {
         if (!expandFolder(folder, candidates, result, kCaptionTraverse)) {
             result.outcome = LoadResult::Outcome::Cancelled;

@@ -4,15 +4,44 @@
 // then re-run the command list.
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <vector>
 
+#include "core/FileEntry.h"
 #include "platform/FileSystem.h"
 
 namespace qp {
 
+class RenameList;
 class Session;
+
+// The objects found by one load, already in the form of rows so that they can join the
+// list without another copy.
+struct LoadCandidates {
+    std::vector<FileEntry> rows;
+    std::vector<QString> keys;  // comparison keys, when duplicate removal has made them
+    qsizetype size() const { return qsizetype(rows.size()); }
+    bool empty() const { return rows.empty(); }
+};
+
+// Drops the candidates whose path the list already knows and, when `mayRepeat`, repeats
+// within the candidates (a folder and a file in it chosen together, repeated list lines):
+// two rows for one object could only fail later. Keeps order and fills in the keys of the
+// rows that stay; returns how many went.
+qsizetype dropKnownAndRepeated(LoadCandidates& candidates, const RenameList& list, bool mayRepeat);
+
+// A row for an object found on disk: name split from the extension, state "loaded",
+// new name equal to the current one. Extensions are shared between rows by `extensions`.
+class RowMaker {
+public:
+    FileEntry make(const QString& folder, QStringView fileName, const platform::FileInfo& info);
+
+private:
+    QString sharedExtension(QStringView ext);
+    QHash<QString, QString> m_extensions;
+};
 
 struct LoadResult {
     enum class Outcome { Loaded, NothingNew, Cancelled };
@@ -49,12 +78,7 @@ public:
     qsizetype filterList();
 
 private:
-    struct Candidate {
-        QString folder;  // shared between the candidates of one folder
-        QString name;
-        platform::FileInfo info;
-    };
-    using Candidates = std::vector<Candidate>;
+    using Candidates = LoadCandidates;
 
     bool confirmPendingImport();
     void rememberPathText();
@@ -65,12 +89,16 @@ private:
     bool removeDuplicates(Candidates& candidates, LoadResult& result);
     void filter(Candidates& candidates, LoadResult& result);
     void appendRows(Candidates& candidates, LoadResult& result);
+    RowMaker m_rowMaker;
     void reportSkipped(const QString& text, LoadResult& result);
     bool tick(qsizetype done, qsizetype total, const QString& caption);
 
     Session& m_session;
     bool m_recursive = false;
     bool m_folderRows = true;
+    // Candidates of one load can repeat each other only when they come from more than one
+    // chosen path; a single folder walk never lists an object twice.
+    bool m_severalSources = false;
 };
 
 }  // namespace qp

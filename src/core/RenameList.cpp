@@ -8,10 +8,27 @@ void RenameList::reserve(qsizetype rows)
     m_known.reserve(rows);
 }
 
-void RenameList::append(FileEntry entry)
+void RenameList::append(FileEntry entry, QString key)
 {
-    m_known.insert(pathKey(entry.fullPath()));
+    m_known.insert(key.isEmpty() ? pathKey(entry.fullPath()) : std::move(key));
     m_rows.push_back(std::move(entry));
+}
+
+void RenameList::appendAll(std::vector<FileEntry>&& rows, std::vector<QString>&& keys)
+{
+    m_known.reserve(m_known.size() + qsizetype(rows.size()));
+    if (keys.size() == rows.size()) {
+        for (QString& key : keys)
+            m_known.insert(std::move(key));
+    } else {
+        for (const FileEntry& row : rows)
+            m_known.insert(pathKey(row.fullPath()));
+    }
+    if (m_rows.empty()) {
+        m_rows = std::move(rows);
+        return;
+    }
+    m_rows.insert(m_rows.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
 }
 
 void RenameList::removeAt(qsizetype row)

@@ -20,8 +20,11 @@ public:
     const std::vector<FileEntry>& rows() const { return m_rows; }
 
     void reserve(qsizetype rows);
-    // Appends the row and records its path as known.
-    void append(FileEntry entry);
+    // Appends the row and records its path as known; `key` is pathKey(fullPath) when the
+    // caller has it already.
+    void append(FileEntry entry, QString key = {});
+    // Appends many rows at once; `keys` is empty or holds pathKey(fullPath) of each row.
+    void appendAll(std::vector<FileEntry>&& rows, std::vector<QString>&& keys);
     void removeAt(qsizetype row);
     // Removes every row for which `drop` is true, keeping order, in one pass.
     template <typename Pred>

@@ -133,6 +133,9 @@ Path executablePath();
 std::optional<Path> toUtf16(std::string_view utf8);
 Path toUtf16Lossy(std::string_view utf8);
 std::string toUtf8(PathView utf16);
+// For paths handed to the OS: nullopt when the text holds a NUL or an unpaired surrogate.
+// Such a path names nothing; a lossy form could name a different, existing object.
+std::optional<std::string> toUtf8Path(PathView utf16);
 // Appends the strict decoding of `utf8` to `out` (for loops that reuse one buffer). On
 // invalid input `out` is left as it was and the result is false.
 bool appendUtf16(std::string_view utf8, Path& out);

@@ -4,12 +4,19 @@
 
 #include "platform/FileSystem.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <condition_variable>
 #include <deque>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <unordered_map>
 #include <vector>
 
 #include <fcntl.h>
@@ -222,21 +229,168 @@ struct LinuxDirent64 {
 };
 
 struct Item {
-    std::uint32_t nameOffset = 0;  // raw bytes in Level::names
+    std::uint32_t nameOffset = 0;  // raw bytes in Folder::names
     std::uint32_t nameLength = 0;
-    std::uint32_t textOffset = 0;  // UTF-16 in Level::texts
+    std::uint32_t textOffset = 0;  // UTF-16 in Folder::texts
     std::uint32_t textLength = 0;
     bool badName = false;
     FileInfo info;
 };
 
-// Everything one depth needs, reused for every folder met at that depth so that a large
-// walk allocates only while its buffers grow.
-struct Level {
-    Path folder;        // UTF-16, with trailing '/'
+// One folder as read from the disk: every entry with its metadata.
+struct Folder {
+    std::string bytes;  // the folder's path as the kernel takes it, with trailing '/'
+    Path path;          // UTF-16, with trailing '/'
+    bool noFollow = false;  // below the root a folder must not have turned into a link
+    bool opened = false;
+    bool complete = false;
     std::string names;  // the entries' names as read
     Path texts;         // the same names decoded
     std::vector<Item> items;
+
+    void release()
+    {
+        std::string().swap(names);
+        Path().swap(texts);
+        std::vector<Item>().swap(items);
+    }
+};
+
+// Reads every entry of one folder, with its metadata, while the folder is open. The
+// descriptor is closed before the folder is handed on, so deep trees use one at a time.
+void readFolder(Folder& folder, std::vector<char>& buffer)
+{
+    const int fd = ::open(folder.bytes.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | (folder.noFollow ? O_NOFOLLOW : 0));
+    if (fd < 0) return;
+    folder.opened = true;
+    bool failed = false;
+    for (;;) {
+        const long got = ::syscall(SYS_getdents64, fd, buffer.data(), buffer.size());
+        if (got == 0) break;
+        if (got < 0) {
+            if (errno == EINTR) continue;
+            failed = true;
+            break;
+        }
+        for (long pos = 0; pos < got;) {
+            const char* record = buffer.data() + pos;
+            unsigned short length = 0;
+            std::memcpy(&length, record + offsetof(LinuxDirent64, d_reclen), sizeof length);
+            pos += length;
+            const char* name = record + offsetof(LinuxDirent64, d_name);
+            const std::string_view nameView(name);
+            if (nameView == "." || nameView == "..") continue;
+
+            Item item;
+            item.nameOffset = static_cast<std::uint32_t>(folder.names.size());
+            item.nameLength = static_cast<std::uint32_t>(nameView.size());
+            item.textOffset = static_cast<std::uint32_t>(folder.texts.size());
+            if (!appendUtf16(nameView, folder.texts)) {
+                item.badName = true;
+            } else {
+                struct statx sx;
+                if (statx(fd, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kStatMask, &sx) != 0) {
+                    folder.texts.resize(item.textOffset);
+                    if (errno != ENOENT) failed = true;  // vanished entries are simply gone
+                    continue;
+                }
+                fillInfo(fd, name, sx, isHiddenName(nameView), item.info);
+            }
+            item.textLength = static_cast<std::uint32_t>(folder.texts.size() - item.textOffset);
+            folder.names.append(nameView);
+            folder.items.push_back(item);
+        }
+    }
+    ::close(fd);
+    folder.complete = !failed;
+}
+
+// Reads folders on other threads ahead of the walk, in the order the walk will want
+// them, so that the kernel's work on the next folders overlaps the caller's work on this
+// one. The walk itself, and every callback, stays on the calling thread.
+class ReadAhead {
+public:
+    ReadAhead()
+    {
+        // Two readers keep two cores busy in the kernel; more only queue on the same locks.
+        const unsigned count = std::clamp(std::thread::hardware_concurrency(), 2u, 4u);
+        try {
+            for (unsigned i = 0; i < count; ++i) workers_.emplace_back([this] { work(); });
+        } catch (const std::system_error&) {
+            // Fewer threads, or none: a folder nobody has read is read when the walk reaches it.
+        }
+    }
+    ~ReadAhead()
+    {
+        {
+            std::lock_guard lock(mutex_);
+            stopping_ = true;
+        }
+        wake_.notify_all();
+        for (std::thread& worker : workers_) worker.join();
+    }
+    ReadAhead(const ReadAhead&) = delete;
+    ReadAhead& operator=(const ReadAhead&) = delete;
+
+    bool enabled() const { return !workers_.empty(); }
+
+    void submit(Folder* folder)
+    {
+        {
+            std::lock_guard lock(mutex_);
+            state_[folder] = State::Queued;
+            queue_.push_back(folder);
+        }
+        wake_.notify_one();
+    }
+
+    // The folder's contents, read by the worker or, when it has not started on it, here.
+    void obtain(Folder& folder, std::vector<char>& buffer)
+    {
+        std::unique_lock lock(mutex_);
+        const auto it = state_.find(&folder);
+        if (it == state_.end() || it->second == State::Queued) {
+            if (it != state_.end()) it->second = State::Taken;  // the worker skips it
+            lock.unlock();
+            readFolder(folder, buffer);
+            lock.lock();
+            state_.erase(&folder);
+            return;
+        }
+        done_.wait(lock, [&] { return state_[&folder] == State::Done; });
+        state_.erase(&folder);
+    }
+
+private:
+    enum class State { Queued, Reading, Taken, Done };
+
+    void work()
+    {
+        std::vector<char> buffer(64 * 1024);
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            wake_.wait(lock, [&] { return stopping_ || !queue_.empty(); });
+            if (stopping_) return;
+            Folder* folder = queue_.front();
+            queue_.pop_front();
+            auto it = state_.find(folder);
+            if (it == state_.end() || it->second != State::Queued) continue;
+            it->second = State::Reading;
+            lock.unlock();
+            readFolder(*folder, buffer);
+            lock.lock();
+            state_[folder] = State::Done;
+            done_.notify_all();
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    std::condition_variable done_;
+    std::deque<Folder*> queue_;
+    std::unordered_map<Folder*, State> state_;
+    bool stopping_ = false;
+    std::vector<std::thread> workers_;
 };
 
 class Walker {
@@ -249,101 +403,109 @@ public:
             report(WalkProblem::Unreadable, root);
             return true;
         }
-        levels_.emplace_back();
-        Path& folder = levels_.front().folder;
-        folder.assign(root);
-        if (folder.empty() || folder.back() != u'/') folder.push_back(u'/');
-        bytePath_ = toUtf8(folder);
-        return walkFolder(0);
+        Folder top;
+        top.path.assign(root);
+        if (top.path.back() != u'/') top.path.push_back(u'/');
+        auto bytes = toUtf8Path(top.path);
+        if (!bytes) {
+            report(WalkProblem::Unreadable, top.path);
+            return true;
+        }
+        top.bytes = std::move(*bytes);
+        if (recursive_) readAhead_.emplace();
+        return walkFolder(top);
     }
 
 private:
+    // The sub-folders of the folders on the current path, waiting to be walked.
+    struct Pending {
+        std::vector<std::unique_ptr<Folder>> children;
+        std::size_t submitted = 0;
+    };
+    static constexpr std::size_t kReadAheadWindow = 64;
+
     void report(WalkProblem problem, PathView what)
     {
         if (events_.problem) events_.problem(problem, what);
     }
 
-    // Reads every entry of one folder, with its metadata, while the folder is open. The
-    // descriptor is closed before any child is visited, so deep trees use one at a time.
-    bool readFolder(int fd, Level& level)
+    // Hands the worker the folders the walk will want next: the deepest waiting ones first.
+    void topUp()
     {
-        level.names.clear();
-        level.texts.clear();
-        level.items.clear();
-        bool statFailed = false;
-        for (;;) {
-            const long got = ::syscall(SYS_getdents64, fd, buffer_.data(), buffer_.size());
-            if (got == 0) break;
-            if (got < 0) {
-                if (errno == EINTR) continue;
-                return false;
-            }
-            for (long pos = 0; pos < got;) {
-                const char* record = buffer_.data() + pos;
-                unsigned short length = 0;
-                std::memcpy(&length, record + offsetof(LinuxDirent64, d_reclen), sizeof length);
-                pos += length;
-                const char* name = record + offsetof(LinuxDirent64, d_name);
-                const std::string_view nameView(name);
-                if (nameView == "." || nameView == "..") continue;
-
-                Item item;
-                item.nameOffset = static_cast<std::uint32_t>(level.names.size());
-                item.nameLength = static_cast<std::uint32_t>(nameView.size());
-                item.textOffset = static_cast<std::uint32_t>(level.texts.size());
-                if (!appendUtf16(nameView, level.texts)) {
-                    item.badName = true;
-                } else {
-                    struct statx sx;
-                    if (statx(fd, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kStatMask, &sx) != 0) {
-                        level.texts.resize(item.textOffset);
-                        if (errno != ENOENT) statFailed = true;  // vanished entries are simply gone
-                        continue;
-                    }
-                    fillInfo(fd, name, sx, isHiddenName(nameView), item.info);
-                }
-                item.textLength = static_cast<std::uint32_t>(level.texts.size() - item.textOffset);
-                level.names.append(nameView);
-                level.items.push_back(item);
+        if (!readAhead_ || !readAhead_->enabled()) return;
+        for (auto level = pending_.rbegin(); level != pending_.rend() && inFlight_ < kReadAheadWindow; ++level) {
+            while ((*level)->submitted < (*level)->children.size() && inFlight_ < kReadAheadWindow) {
+                readAhead_->submit((*level)->children[(*level)->submitted++].get());
+                ++inFlight_;
             }
         }
-        return !statFailed;
     }
 
-    bool walkFolder(std::size_t depth)
+    void load(Folder& folder, bool submitted)
     {
-        Level& level = levels_[depth];
-        // Below the root a folder must not have turned into a link since it was listed.
-        const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (depth > 0 ? O_NOFOLLOW : 0);
-        const int fd = ::open(bytePath_.c_str(), flags);
-        if (fd < 0) {
-            report(WalkProblem::Unreadable, level.folder);
-            return true;
+        if (submitted) {
+            readAhead_->obtain(folder, buffer_);
+            --inFlight_;
+        } else {
+            readFolder(folder, buffer_);
         }
-        const bool complete = readFolder(fd, level);
-        ::close(fd);
-        if (!complete) report(WalkProblem::Unreadable, level.folder);
+        if (!folder.opened || !folder.complete) report(WalkProblem::Unreadable, folder.path);
+    }
 
-        const std::size_t pathLength = bytePath_.size();
-        for (const Item& item : level.items) {
-            const std::string_view rawName(level.names.data() + item.nameOffset, item.nameLength);
+    std::unique_ptr<Folder> childOf(const Folder& parent, const Item& item, PathView name) const
+    {
+        auto child = std::make_unique<Folder>();
+        child->path.assign(parent.path).append(name).push_back(u'/');
+        child->bytes.assign(parent.bytes).append(parent.names, item.nameOffset, item.nameLength).push_back('/');
+        child->noFollow = true;
+        return child;
+    }
+
+    bool walkFolder(Folder& folder, bool submitted = false)
+    {
+        load(folder, submitted);
+        Pending pending;
+        if (recursive_) {
+            for (const Item& item : folder.items) {
+                if (!item.badName && item.info.isFolder && !item.info.isSymlink)
+                    pending.children.push_back(childOf(folder, item, PathView(folder.texts.data() + item.textOffset, item.textLength)));
+            }
+        }
+        pending_.push_back(&pending);
+        topUp();
+        const bool go = emit(folder, pending);
+        pending_.pop_back();
+        // Folders handed to the worker but never walked must be finished before they go.
+        for (std::size_t i = 0; i < pending.submitted; ++i) {
+            if (pending.children[i]) {
+                readAhead_->obtain(*pending.children[i], buffer_);
+                --inFlight_;
+            }
+        }
+        return go;
+    }
+
+    bool emit(Folder& folder, Pending& pending)
+    {
+        std::size_t next = 0;
+        for (const Item& item : folder.items) {
+            const std::string_view rawName(folder.names.data() + item.nameOffset, item.nameLength);
             if (item.badName) {
-                Path what = level.folder;
+                Path what = folder.path;
                 what += toUtf16Lossy(rawName);
                 report(WalkProblem::BadNameEncoding, what);
                 continue;
             }
-            const PathView name(level.texts.data() + item.textOffset, item.textLength);
-            if (events_.entry && !events_.entry(DirEntry{level.folder, name, item.info})) return false;
+            const PathView name(folder.texts.data() + item.textOffset, item.textLength);
+            if (events_.entry && !events_.entry(DirEntry{folder.path, name, item.info})) return false;
             if (!recursive_ || !item.info.isFolder || item.info.isSymlink) continue;
 
-            if (levels_.size() <= depth + 1) levels_.emplace_back();  // a deque keeps `level` valid
-            Level& child = levels_[depth + 1];
-            child.folder.assign(level.folder).append(name).push_back(u'/');
-            bytePath_.append(rawName).push_back('/');
-            const bool go = walkFolder(depth + 1);
-            bytePath_.resize(pathLength);
-            if (!go) return false;
+            std::unique_ptr<Folder> child = std::move(pending.children[next]);
+            const bool submitted = next < pending.submitted;
+            ++next;
+            pending.submitted = std::max(pending.submitted, next);  // never hand over a folder taken here
+            topUp();
+            if (!walkFolder(*child, submitted)) return false;
         }
         return true;
     }
@@ -351,8 +513,9 @@ private:
     bool recursive_;
     const WalkEvents& events_;
     std::vector<char> buffer_;
-    std::deque<Level> levels_;
-    std::string bytePath_;  // the current folder as bytes, with trailing '/'
+    std::optional<ReadAhead> readAhead_;
+    std::vector<Pending*> pending_;
+    std::size_t inFlight_ = 0;
 };
 
 bool folderHasExactName(const std::string& folder, std::string_view name)
@@ -373,7 +536,9 @@ bool folderHasExactName(const std::string& folder, std::string_view name)
 
 std::optional<FileInfo> stat(PathView path)
 {
-    const std::string bytes = toUtf8(path);
+    const auto converted = toUtf8Path(path);
+    if (!converted) return std::nullopt;
+    const std::string& bytes = *converted;
     struct statx sx;
     if (statx(AT_FDCWD, bytes.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kStatMask, &sx) != 0) return std::nullopt;
     FileInfo info;
@@ -403,7 +568,9 @@ bool setAttributes(PathView path, std::uint32_t attributes)
     constexpr std::uint32_t fixed = AttrHidden | AttrSystem | AttrArchive;
     if ((attributes & fixed) != (info->attributes & fixed)) return false;
 
-    const std::string bytes = toUtf8(path);
+    const auto converted = toUtf8Path(path);
+    if (!converted) return false;
+    const std::string& bytes = *converted;
     struct stat st;
     if (::stat(bytes.c_str(), &st) != 0) return false;
     const mode_t mode = st.st_mode & 07777;
@@ -416,9 +583,17 @@ bool setAttributes(PathView path, std::uint32_t attributes)
 
 RenameResult renameNoReplace(PathView from, PathView to)
 {
-    const std::string source = toUtf8(from);
-    const std::string target = toUtf8(to);
     RenameResult result;
+    const auto sourcePath = toUtf8Path(from);
+    const auto targetPath = toUtf8Path(to);
+    if (!sourcePath || !targetPath) {
+        result.status = RenameStatus::InvalidName;
+        result.systemError = EINVAL;
+        result.systemMessage = errorText(EINVAL);
+        return result;
+    }
+    const std::string& source = *sourcePath;
+    const std::string& target = *targetPath;
     int rc = renameNoReplaceRaw(source.c_str(), target.c_str());
     if (rc != 0 && (errno == EINVAL || errno == ENOSYS)) {
         // EINVAL is also what moving a folder into itself gives; the fallback reaches
@@ -439,7 +614,9 @@ RenameResult renameNoReplace(PathView from, PathView to)
 
 bool createFolders(PathView path)
 {
-    std::string bytes = toUtf8(path);
+    const auto converted = toUtf8Path(path);
+    if (!converted) return false;
+    std::string bytes = *converted;
     while (bytes.size() > 1 && bytes.back() == '/') bytes.pop_back();
     if (bytes.empty()) return false;
     struct stat st;
@@ -470,8 +647,13 @@ bool walk(PathView root, bool recursive, const WalkEvents& events)
 ReadResult readFile(PathView path, std::uint64_t maxBytes)
 {
     ReadResult result;
-    const std::string bytes = toUtf8(path);
-    const int fd = ::open(bytes.c_str(), O_RDONLY | O_CLOEXEC);
+    const auto converted = toUtf8Path(path);
+    if (!converted) {
+        result.status = ReadStatus::Missing;
+        result.systemMessage = errorText(EINVAL);
+        return result;
+    }
+    const int fd = ::open(converted->c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) {
         const int err = errno;
         result.status = (err == ENOENT || err == ENOTDIR) ? ReadStatus::Missing : ReadStatus::Unreadable;
@@ -526,11 +708,13 @@ ReadResult readFile(PathView path, std::uint64_t maxBytes)
 
 bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error)
 {
-    const std::string target = toUtf8(path);
     auto fail = [&](const std::string& what, int err) {
         if (error) *error = what + ": " + errorText(err);
         return false;
     };
+    const auto converted = toUtf8Path(path);
+    if (!converted) return fail(toUtf8(path), EINVAL);
+    const std::string& target = *converted;
     const std::string parent = parentOf(target);
     if (!createFolders(toUtf16Lossy(parent))) return fail(parent, errno ? errno : ENOTDIR);
 

@@ -39,6 +39,9 @@ const wchar_t* wide(const std::wstring& s) { return s.c_str(); }
 // Win32 spelling of a path: '\' separators and, when long, the extended-length prefix.
 std::wstring toWin32(PathView path)
 {
+    // A NUL would cut the path short at the API and name a different object; "|" is a
+    // name no Windows call accepts, so such a path fails as invalid everywhere.
+    if (path.find(u'\0') != PathView::npos) return L"|";
     std::wstring out(path.begin(), path.end());
     for (wchar_t& c : out) {
         if (c == L'/') c = L'\\';

@@ -109,6 +109,22 @@ Path toUtf16Lossy(std::string_view utf8)
     return out;
 }
 
+std::optional<std::string> toUtf8Path(PathView utf16)
+{
+    const std::size_t n = utf16.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const char16_t c = utf16[i];
+        if (c == 0 || (c >= 0xDC00 && c <= 0xDFFF))
+            return std::nullopt;
+        if (c >= 0xD800 && c <= 0xDBFF) {
+            if (i + 1 >= n || utf16[i + 1] < 0xDC00 || utf16[i + 1] > 0xDFFF)
+                return std::nullopt;
+            ++i;
+        }
+    }
+    return toUtf8(utf16);
+}
+
 std::string toUtf8(PathView utf16)
 {
     std::string out;

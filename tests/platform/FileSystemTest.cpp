@@ -198,6 +198,29 @@ TEST_F(TempTree, StatDescribesFilesFoldersAndAbsence)
     EXPECT_FALSE(exists(at("nothing")) || isFile(at("nothing")) || isFolder(at("nothing")));
 }
 
+// A path that no file system can hold must not be cut or patched into one that names
+// something else: "a.txt" + NUL + "x" is not "a.txt", and a lone surrogate is not U+FFFD.
+TEST_F(TempTree, UnrepresentablePathsNameNothing)
+{
+    writeText(root_ / "a.txt", "keep");
+    std::vector<Path> bad{at("a.txt") + u'\0' + u"x"};
+#ifndef _WIN32
+    writeText(root_ / "\xEF\xBF\xBD", "replacement character");
+    bad.push_back(at("") + u'\xDC00');  // Windows names may hold lone surrogates; Linux names cannot
+#endif
+    for (const Path& path : bad) {
+        EXPECT_FALSE(stat(path)) << show(path);
+        EXPECT_EQ(readFile(path, 100).status, ReadStatus::Missing);
+        EXPECT_EQ(renameNoReplace(path, at("moved")).status, RenameStatus::InvalidName);
+        EXPECT_EQ(renameNoReplace(at("a.txt"), path).status, RenameStatus::InvalidName);
+        EXPECT_FALSE(writeFileAtomically(path, "x", nullptr));
+    }
+    EXPECT_EQ(readText(root_ / "a.txt"), "keep");
+#ifndef _WIN32
+    EXPECT_EQ(readText(root_ / "\xEF\xBF\xBD"), "replacement character");
+#endif
+}
+
 TEST_F(TempTree, ReadOnlyCanBeSetAndCleared)
 {
     writeText(root_ / "f.txt", "x");
