@@ -5,6 +5,7 @@
 #include <QString>
 #include <functional>
 
+#include "core/CommandList.h"
 #include "core/Interaction.h"
 #include "core/MessageLog.h"
 #include "core/RenameList.h"
@@ -18,6 +19,8 @@ public:
 
     SettingsStore& settings() { return m_settings; }
     const SettingsStore& settings() const { return m_settings; }
+    CommandList& commandList() { return m_commands; }
+    const CommandList& commandList() const { return m_commands; }
     RenameList& renameList() { return m_list; }
     const RenameList& renameList() const { return m_list; }
     MessageLog& messages() { return m_messages; }
@@ -55,6 +58,7 @@ public:
 
 private:
     SettingsStore m_settings;
+    CommandList m_commands{m_settings};
     Interaction& m_interaction;
     RenameList m_list;
     MessageLog m_messages;
