@@ -44,10 +44,11 @@ int main(int argc, char* argv[])
     qp::ui::MainWindow window(std::move(opened.store), runStamp);
     if (!opened.error.isEmpty())
         window.session().messages().add(opened.error, qp::MessageColour::Red);
-    if (opened.report.invalidUtf8)
-        window.session().messages().add(QStringLiteral("设置文件中有不是 UTF-8 的字节，已替换为“�”：")
-                                            + qp::nativeSeparators(file),
+    if (opened.report.invalidUtf8) {
+        window.session().messages().add(QStringLiteral("设置文件中有不是 UTF-8 的字节，已替换为“�”；原文件已备份为：")
+                                            + qp::nativeSeparators(opened.backupFile),
                                         qp::MessageColour::Red);
+    }
     window.show();
     return app.exec();
 }

@@ -43,6 +43,13 @@ OpenedSettings openSettings(const QString& file, const QString& programPath)
     if (!parts.folder.isEmpty())
         platform::createFolders(toPlatformPath(parts.folder));
     opened.report = opened.store.load(file);
+    if (opened.report.invalidUtf8) {
+        const platform::ReadResult original = platform::readFile(toPlatformPath(file), std::uint64_t(1) << 30);
+        const QString backup = file + QStringLiteral(".invalid-utf8.bak");
+        if (original.status == platform::ReadStatus::Ok
+            && platform::writeFileAtomically(toPlatformPath(backup), original.bytes, nullptr))
+            opened.backupFile = backup;
+    }
     if (opened.report.fileMissing) {
         opened.store.writeString(keys::kGeneral, keys::kPathName, nativeSeparators(programPath));
         opened.created = opened.store.save(&opened.error);

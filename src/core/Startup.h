@@ -34,6 +34,9 @@ struct OpenedSettings {
     SettingsStore::LoadReport report;
     bool created = false;     // the file did not exist and was written now
     QString error;            // the file could not be created
+    // When the file held bytes that are not UTF-8, its original bytes are kept here before
+    // anything is saved over them.
+    QString backupFile;
 };
 
 // Opens the settings file at `file`, creating its folder; a file that does not exist yet

@@ -45,6 +45,19 @@ TEST(Startup, NewSettingsFileRecordsTheProgramPathOnce)
     EXPECT_EQ(second.store.readString(keys::kGeneral, keys::kPathName, {}), QStringLiteral("/elsewhere"));
 }
 
+TEST(Startup, SettingsWithBytesThatAreNotUtf8AreBackedUpFirst)
+{
+    TempTree tree;
+    const std::string original = "[General Config]\r\nPathName=/opt/q\r\n[UnitVariable]\r\nName=\xB2\xE2\xCA\xD4\r\n";
+    const QString file = tree.file("QuilletPro.ini", original);
+    OpenedSettings opened = openSettings(file, QStringLiteral("/opt/q"));
+    EXPECT_TRUE(opened.report.invalidUtf8);
+    EXPECT_EQ(opened.store.readString(keys::kGeneral, keys::kPathName, {}), QStringLiteral("/opt/q"));
+    ASSERT_FALSE(opened.backupFile.isEmpty());
+    std::ifstream backup(opened.backupFile.toStdString(), std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(backup), {}), original);
+}
+
 TEST(Startup, RunStampIsTheBracketedLocalTime)
 {
     const QDateTime time(QDate(2024, 3, 5), QTime(14, 7, 9, 123));
