@@ -7,6 +7,7 @@
 #include <fstream>
 #include <string>
 
+#include "core/Loader.h"
 #include "core/RenameList.h"
 
 namespace {
@@ -30,22 +31,21 @@ int main(int argc, char* argv[])
     const long rows = argc > 1 ? std::atol(argv[1]) : 1000000;
     const long before = peakKiB();
     qp::RenameList list;
-    long long characters = 0;
+    qp::RowMaker maker;
+    qp::LoadCandidates candidates;
+    long long characters = 4;  // the shared ".jpg"
     QString folder;
     for (long i = 0; i < rows; ++i) {
         if (i % 1000 == 0) {
             folder = QStringLiteral("/home/user/Pictures/2024/album%1/").arg(i / 1000, 4, 10, QLatin1Char('0'));
             characters += folder.size();
         }
-        qp::FileEntry row;
-        row.path = folder;
-        row.name = QStringLiteral("IMG_%1").arg(i, 7, 10, QLatin1Char('0'));
-        row.ext = QStringLiteral(".jpg");
-        row.newName = row.name;
-        row.newExt = row.ext;
-        characters += row.name.size() + row.ext.size() + row.fullPath().size();  // the row and its known path
-        list.append(std::move(row));
+        const QString fileName = QStringLiteral("IMG_%1.jpg").arg(i, 7, 10, QLatin1Char('0'));
+        candidates.rows.push_back(maker.make(folder, fileName, {}));
+        // The row's own name, and its full path kept as the known-path key.
+        characters += fileName.size() - 4 + folder.size() + fileName.size();
     }
+    list.appendAll(std::move(candidates.rows), {});
     const double bytes = double(peakKiB() - before) * 1024.0;
     const double perRow = (bytes - double(characters) * 2.0) / double(rows);
     std::printf("%ld rows: peak %.1f MiB, %.0f bytes per row beyond %.1f MiB of characters\n", rows,
