@@ -7,6 +7,7 @@ Session::Session(SettingsStore settings, Interaction& interaction, QString runSt
     , m_interaction(interaction)
     , m_runStamp(std::move(runStamp))
 {
+    m_commandRunner = [this] { m_pipeline.runAll(false); };
 }
 
 bool Session::saveSettings()
@@ -18,6 +19,27 @@ bool Session::saveSettings()
         return true;
     m_messages.add(error, MessageColour::Red);
     return false;
+}
+
+void Session::resetPages()
+{
+    if (!m_pageResetter || m_resettingPages)
+        return;
+    m_resettingPages = true;
+    struct Done {
+        bool& flag;
+        ~Done() { flag = false; }
+    } done{m_resettingPages};
+    m_pageResetter();
+}
+
+void Session::runPendingListRefresh()
+{
+    // Taken out first: the refresh may itself leave another one for later.
+    std::function<void()> refresh = std::move(m_pendingListRefresh);
+    m_pendingListRefresh = nullptr;
+    if (refresh)
+        refresh();
 }
 
 }  // namespace qp

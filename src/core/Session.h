@@ -8,6 +8,7 @@
 #include "core/CommandList.h"
 #include "core/Interaction.h"
 #include "core/MessageLog.h"
+#include "core/Pipeline.h"
 #include "core/RenameList.h"
 #include "core/SettingsStore.h"
 
@@ -26,6 +27,8 @@ public:
     MessageLog& messages() { return m_messages; }
     const MessageLog& messages() const { return m_messages; }
     Interaction& interaction() { return m_interaction; }
+    // Computes the new names from the command list; installed as the command runner.
+    Pipeline& pipeline() { return m_pipeline; }
 
     const QString& runStamp() const { return m_runStamp; }
     int applyCounter() const { return m_applyCounter; }
@@ -35,6 +38,22 @@ public:
     // the next load or recorded command.
     bool pendingImport() const { return m_pendingImport; }
     void setPendingImport(bool pending) { m_pendingImport = pending; }
+
+    // Whether the page "1.文件名处理" is showing: most command-list operations work only
+    // there. A session without pages (command line, tests) is always on it.
+    bool onFileRenamePage() const { return m_onFileRenamePage; }
+    void setOnFileRenamePage(bool showing) { m_onFileRenamePage = showing; }
+
+    // Sets every function page back to its "保持不变" option; installed by the GUI. No
+    // command is recorded while it runs.
+    void setPageResetter(std::function<void()> resetter) { m_pageResetter = std::move(resetter); }
+    void resetPages();
+    bool resettingPages() const { return m_resettingPages; }
+
+    // A refresh of the rename list left for later (after a rename); the next recorded
+    // command carries it out first.
+    void setPendingListRefresh(std::function<void()> refresh) { m_pendingListRefresh = std::move(refresh); }
+    void runPendingListRefresh();
 
     // The texts of the path box and the two filter boxes.
     QString pathText;
@@ -67,6 +86,11 @@ private:
     bool m_pendingImport = false;
     bool m_settingsReadOnly = false;
     std::function<void()> m_commandRunner;
+    std::function<void()> m_pageResetter;
+    std::function<void()> m_pendingListRefresh;
+    bool m_onFileRenamePage = true;
+    bool m_resettingPages = false;
+    Pipeline m_pipeline{*this};
 };
 
 }  // namespace qp

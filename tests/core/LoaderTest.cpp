@@ -258,8 +258,9 @@ TEST_F(LoaderTest, UndecodableNamesNeverBecomeRows)
     options(true, false);
     loader.addPaths({tree.path()});
     EXPECT_EQ(fullPaths(), QStringList{tree.path("ok.txt")});
-    ASSERT_EQ(messageTexts().size(), 2);
+    ASSERT_FALSE(messageTexts().isEmpty());
     EXPECT_TRUE(messageTexts()[0].startsWith(QStringLiteral("文件名编码无法识别，已跳过：")));
+    EXPECT_EQ(messageTexts().filter(QStringLiteral("文件名编码无法识别")).size(), 1);
 }
 #endif
 
