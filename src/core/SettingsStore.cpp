@@ -3,7 +3,7 @@
 #include "platform/FileSystem.h"
 
 #include <QCoreApplication>
-#include <QDir>
+#include "core/PathText.h"
 #include <QStringDecoder>
 
 #include <limits>
@@ -161,7 +161,7 @@ SettingsStore::LoadReport SettingsStore::load(const QString& fileName)
         LoadReport report;
         report.unreadable = true;
         report.message = translate("设置文件超过 256 MB，未读取：%1")
-                             .arg(QDir::toNativeSeparators(fileName));
+                             .arg(nativeSeparators(fileName));
         return report;
     }
     case platform::ReadStatus::Unreadable:
@@ -183,7 +183,7 @@ bool SettingsStore::save(const QString& fileName, QString* error) const
         return true;
     if (error != nullptr) {
         *error = translate("无法保存设置文件：%1 (%2)")
-                     .arg(QDir::toNativeSeparators(fileName),
+                     .arg(nativeSeparators(fileName),
                           QString::fromUtf8(systemMessage.data(), qsizetype(systemMessage.size())));
     }
     return false;
