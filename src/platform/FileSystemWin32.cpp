@@ -18,6 +18,7 @@
 #include <cwchar>
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 #ifndef IO_REPARSE_TAG_MOUNT_POINT
@@ -36,7 +37,25 @@ constexpr std::size_t kPrefixFrom = MAX_PATH - 12;
 
 const wchar_t* wide(const std::wstring& s) { return s.c_str(); }
 
-// Win32 spelling of a path: '\' separators and, when long, the extended-length prefix.
+bool isSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
+
+// Win32's path rules strip dots and spaces from the end of every name ("x." opens "x"),
+// but only on the way in: a name that has them (made through the prefix by another
+// program) is listed with them. Such a name is reached only through the prefix.
+bool hasNameWindowsWouldTrim(const std::wstring& path)
+{
+    std::size_t start = 0;
+    for (std::size_t i = 0; i <= path.size(); ++i) {
+        if (i < path.size() && !isSeparator(path[i])) continue;
+        const std::wstring_view name(path.data() + start, i - start);
+        if (!name.empty() && name != L"." && name != L".." && (name.back() == L'.' || name.back() == L' ')) return true;
+        start = i + 1;
+    }
+    return false;
+}
+
+// Win32 spelling of a path: '\' separators and, when long or when a name would otherwise be
+// trimmed, the extended-length prefix, so that the path names exactly the object spelled.
 std::wstring toWin32(PathView path)
 {
     // A NUL would cut the path short at the API and name a different object; "|" is a
@@ -46,7 +65,8 @@ std::wstring toWin32(PathView path)
     for (wchar_t& c : out) {
         if (c == L'/') c = L'\\';
     }
-    if (out.size() < kPrefixFrom || out.rfind(L"\\\\?\\", 0) == 0) return out;
+    if (out.rfind(L"\\\\?\\", 0) == 0) return out;
+    if (out.size() < kPrefixFrom && !hasNameWindowsWouldTrim(out)) return out;
     if (out.rfind(L"\\\\", 0) == 0) return L"\\\\?\\UNC\\" + out.substr(2);
     if (out.size() >= 3 && out[1] == L':' && out[2] == L'\\') return L"\\\\?\\" + out;
     return out;  // a relative path cannot take the prefix
@@ -160,6 +180,50 @@ RenameStatus statusFor(DWORD error, PathView from)
 }
 
 std::atomic<unsigned> gTempCounter{0};
+
+// A path's folder (with its separator) and last name; separators at the end belong to neither.
+std::pair<PathView, PathView> splitLast(PathView path)
+{
+    while (path.size() > 1 && (path.back() == u'/' || path.back() == u'\\')) path.remove_suffix(1);
+    const std::size_t slash = path.find_last_of(u"/\\");
+    if (slash == PathView::npos) return {PathView(), path};
+    return {path.substr(0, slash + 1), path.substr(slash + 1)};
+}
+
+// The name as the folder holds it, letter case included.
+Path storedName(const std::wstring& path)
+{
+    WIN32_FIND_DATAW data;
+    HANDLE h = FindFirstFileExW(wide(path), FindExInfoBasic, &data, FindExSearchNameMatch, nullptr, 0);
+    if (h == INVALID_HANDLE_VALUE) return {};
+    FindClose(h);
+    return Path(data.cFileName, data.cFileName + std::wcslen(data.cFileName));
+}
+
+// Whether Windows stores a new name exactly as given. It refuses control characters and
+// < > " | ? * (ERROR_INVALID_NAME); it reads "name:stream" as a stream of another file on
+// NTFS (Wine has no streams and would make a plain file of it); and outside the prefix it
+// silently strips dots and spaces from the end ("x." becomes "x", which may be a different,
+// existing object), while through the prefix it keeps them, making a name most programs
+// cannot open. A rename to any of these is refused here, the same way on every path length
+// and every file system, so that what preview showed is what lands on disk or nothing does.
+// Preview's name validation must therefore treat these names as invalid on Windows rather
+// than strip them.
+bool isNameWindowsKeeps(PathView name)
+{
+    if (name.empty() || name == u"." || name == u"..") return false;
+    if (name.back() == u'.' || name.back() == u' ') return false;
+    for (char16_t c : name) {
+        if (c < 0x20) return false;
+        switch (c) {
+        case u'<': case u'>': case u':': case u'"': case u'|': case u'?': case u'*':
+            return false;
+        default:
+            break;
+        }
+    }
+    return true;
+}
 
 // ---- folder walk ---------------------------------------------------------------------
 
@@ -308,17 +372,42 @@ RenameResult renameNoReplace(PathView from, PathView to)
 {
     // MoveFileExW without MOVEFILE_REPLACE_EXISTING, for files and folders alike: it is a
     // single atomic rename that fails with ERROR_ALREADY_EXISTS when the target is taken and
-    // never merges one folder into another (as a shell move would). A change of letter case
-    // only is recognised as the same object and simply applied.
-    RenameResult result;
-    if (MoveFileExW(wide(toWin32(from)), wide(toWin32(to)), 0)) {
-        result.status = RenameStatus::Ok;
+    // never merges one folder into another, as the shell's folder move would; the shell
+    // operation would also bring its own dialogs and undo list into a batch that keeps its
+    // own. Without MOVEFILE_COPY_ALLOWED a move to another volume fails instead of copying.
+    const auto fail = [](DWORD error, PathView source) {
+        RenameResult result;
+        result.status = statusFor(error, source);
+        result.systemError = static_cast<int>(error);
+        result.systemMessage = errorText(error);
         return result;
+    };
+    const auto [targetFolder, targetName] = splitLast(to);
+    if (!isNameWindowsKeeps(targetName)) return fail(ERROR_INVALID_NAME, from);
+
+    const std::wstring source = toWin32(from);
+    const std::wstring target = toWin32(to);
+    if (!MoveFileExW(wide(source), wide(target), 0)) return fail(GetLastError(), from);
+
+    // A change of letter case only is the same object to Windows, and MoveFileExW applies the
+    // new spelling. Wine reports success without applying it; there, and on any file system
+    // that behaves the same, the new spelling goes on through a temporary name.
+    const PathView sourceName = splitLast(from).second;
+    if (sourceName != targetName && pathKey(sourceName) == pathKey(targetName) &&
+        storedName(target) != targetName) {
+        const Path temp = Path(targetFolder) + u".qp-case-" +
+                          toUtf16Lossy(std::to_string(GetCurrentProcessId())) + u"-" +
+                          toUtf16Lossy(std::to_string(gTempCounter.fetch_add(1)));
+        const std::wstring nativeTemp = toWin32(temp);
+        if (!MoveFileExW(wide(source), wide(nativeTemp), 0)) return fail(GetLastError(), from);
+        if (!MoveFileExW(wide(nativeTemp), wide(target), 0)) {
+            const DWORD error = GetLastError();
+            MoveFileExW(wide(nativeTemp), wide(source), 0);  // leave things as they were
+            return fail(error, from);
+        }
     }
-    const DWORD error = GetLastError();
-    result.status = statusFor(error, from);
-    result.systemError = static_cast<int>(error);
-    result.systemMessage = errorText(error);
+    RenameResult result;
+    result.status = RenameStatus::Ok;
     return result;
 }
 
@@ -388,8 +477,10 @@ ReadResult readFile(PathView path, std::uint64_t maxBytes)
                            nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (h == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
-        result.status = (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) ? ReadStatus::Missing
-                                                                                          : ReadStatus::Unreadable;
+        // A path Windows cannot even parse names nothing, as on Linux.
+        const bool missing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
+                             error == ERROR_INVALID_NAME || error == ERROR_BAD_PATHNAME;
+        result.status = missing ? ReadStatus::Missing : ReadStatus::Unreadable;
         result.systemMessage = errorText(error);
         return result;
     }

@@ -11,7 +11,12 @@
 #include <random>
 #include <vector>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#else
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -25,6 +30,7 @@ namespace {
 
 Path toPath(const fs::path& p) { return p.generic_u16string(); }
 std::string show(PathView p) { return toUtf8(p); }
+fs::path utf8Path(const char* text) { return fs::path(reinterpret_cast<const char8_t*>(text)); }
 
 void writeText(const fs::path& p, const std::string& text) { std::ofstream(p, std::ios::binary) << text; }
 
@@ -290,11 +296,95 @@ TEST_F(TempTree, RenameNeverReplacesAndReportsWhy)
 
 TEST_F(TempTree, RenameChangingOnlyCaseKeepsTheObject)
 {
-    writeText(root_ / "photo.jpg", "data");
-    const RenameResult r = renameNoReplace(at("photo.jpg"), at("PHOTO.JPG"));
-    ASSERT_TRUE(r.ok()) << r.systemMessage;
-    EXPECT_EQ(readText(root_ / "PHOTO.JPG"), "data");
-    EXPECT_EQ(walkTree(root_, false).paths, std::vector<std::string>{"PHOTO.JPG"});
+    struct Case {
+        const char* from;
+        const char* to;
+        bool folder;
+    };
+    const Case cases[] = {
+        {"photo.jpg", "PHOTO.JPG", false},
+        {"Report.TXT", "report.txt", false},
+        {"\xC3\xA4rger.txt", "\xC3\x84rger.txt", false},  // ä -> Ä
+        {"album", "Album", true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.from);
+        const fs::path dir = root_ / (std::string(c.folder ? "d-" : "f-") + std::to_string(&c - cases));
+        fs::create_directory(dir);
+        const fs::path from = dir / utf8Path(c.from);
+        if (c.folder) {
+            fs::create_directory(from);
+            writeText(from / "inner.txt", "data");
+        } else {
+            writeText(from, "data");
+        }
+        const RenameResult r = renameNoReplace(toPath(from), toPath(dir / utf8Path(c.to)));
+        ASSERT_TRUE(r.ok()) << r.systemMessage;
+        // The folder holds the new spelling, and only it.
+        EXPECT_EQ(walkTree(dir, false).paths, std::vector<std::string>{c.to});
+        EXPECT_EQ(readText(c.folder ? dir / utf8Path(c.to) / "inner.txt" : dir / utf8Path(c.to)), "data");
+    }
+}
+
+// Where names compare without case, a target spelled like another object in other letters
+// is that object: the rename must fail and leave both alone. Where case matters it is a
+// free name.
+TEST_F(TempTree, RenameOntoACaseVariantOfAnotherObject)
+{
+    struct Case {
+        const char* label;
+        const char* existing;
+        bool existingIsFolder;
+        const char* target;
+    };
+    const Case cases[] = {
+        {"file onto upper-case spelling of a file", "b.txt", false, "B.TXT"},
+        {"file onto mixed spelling of a file", "Notes.Md", false, "nOTES.mD"},
+        {"file onto other spelling of a folder", "Docs", true, "docs"},
+        {"non-ASCII letters", "\xC3\xA9t\xC3\xA9.txt", false, "\xC3\x89T\xC3\x89.txt"},  // été / ÉTÉ
+    };
+    const RenameStatus expected = pathKeysIgnoreCase() ? RenameStatus::TargetExists : RenameStatus::Ok;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        const fs::path dir = root_ / std::to_string(&c - cases);
+        fs::create_directory(dir);
+        writeText(dir / "source", "source");
+        const fs::path existing = dir / utf8Path(c.existing);
+        if (c.existingIsFolder) {
+            fs::create_directory(existing);
+            writeText(existing / "inner.txt", "existing");
+        } else {
+            writeText(existing, "existing");
+        }
+        const RenameResult r = renameNoReplace(toPath(dir / "source"), toPath(dir / utf8Path(c.target)));
+        EXPECT_EQ(r.status, expected) << r.systemMessage;
+        EXPECT_EQ(readText(c.existingIsFolder ? existing / "inner.txt" : existing), "existing");
+        EXPECT_EQ(fs::exists(dir / "source"), !r.ok());
+    }
+}
+
+// Names Windows refuses, reads as a stream, or would store other than spelled. Elsewhere
+// they are ordinary names and must land exactly as given, trailing dots and spaces included.
+TEST_F(TempTree, RenameToNamesWindowsCannotHoldAsSpelled)
+{
+    const std::string names[] = {"a<b", "a>b", "a:b", "a\"b", "a|b", "a?b", "a*b", "tab\tname",
+                                 "dot.",  "space ", "both. ", "dots..."};
+    for (const std::string& name : names) {
+        SCOPED_TRACE(name);
+        const fs::path dir = root_ / std::to_string(&name - names);
+        fs::create_directory(dir);
+        writeText(dir / "source", "source");
+        const RenameResult r = renameNoReplace(toPath(dir / "source"), toPath(dir) + u'/' + *toUtf16(name));
+#ifdef _WIN32
+        EXPECT_EQ(r.status, RenameStatus::InvalidName);
+        EXPECT_EQ(r.systemError, ERROR_INVALID_NAME);
+        EXPECT_FALSE(r.systemMessage.empty());
+        EXPECT_EQ(walkTree(dir, false).paths, std::vector<std::string>{"source"});
+#else
+        ASSERT_TRUE(r.ok()) << r.systemMessage;
+        EXPECT_EQ(walkTree(dir, false).paths, std::vector<std::string>{name});
+#endif
+    }
 }
 
 // ---- folders and whole-file I/O ------------------------------------------------------
@@ -392,6 +482,139 @@ TEST_F(TempTree, WalkStopsWhenToldAndSurvivesAMissingRoot)
     std::size_t reported = 0;
     EXPECT_TRUE(walk(u"", true, {[](const DirEntry&) { return false; }, [&](WalkProblem, PathView) { ++reported; }}));
     EXPECT_EQ(reported, 1u);
+}
+
+// ---- what the file system treats as one name -----------------------------------------
+
+// The path key must put two spellings together exactly when the file system opens the
+// same object for both: otherwise duplicate and conflict checks would disagree with the disk.
+TEST_F(TempTree, PathKeysAgreeWithTheFileSystem)
+{
+    struct Case {
+        const char* created;
+        const char* probe;
+        bool sameWithoutCase;  // NTFS: one simple upper-case mapping per code unit
+    };
+    const Case cases[] = {
+        {"Photo.JPG", "photo.jpg", true},
+        {"\xC3\x84rger", "\xC3\xA4rger", true},                // Ä / ä
+        {"\xCE\xA3\xCE\xBF\xCF\x86", "\xCF\x83\xCE\xBF\xCF\x86", true},  // Σοφ / σοφ
+        {"\xD0\x96", "\xD0\xB6", true},                        // Ж / ж
+        {"\xEF\xBC\xA1", "\xEF\xBD\x81", true},                // full-width Ａ / ａ
+        {"stra\xC3\x9F" "e", "STRASSE", false},                  // ß has no single upper-case letter
+        {"\xC4\xB0" "d", "id", false},                           // İ is not I
+        {"\xE6\x96\x87\xE4\xBB\xB6", "\xE6\x96\x87\xE4\xBB\xB6", true},  // 文件: no case at all
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.created);
+        const fs::path dir = root_ / std::to_string(&c - cases);
+        fs::create_directory(dir);
+        writeText(dir / utf8Path(c.created), "x");
+        const Path created = toPath(dir / utf8Path(c.created));
+        const Path probe = toPath(dir / utf8Path(c.probe));
+        const bool same = created == probe || (pathKeysIgnoreCase() && c.sameWithoutCase);
+        EXPECT_EQ(pathKey(created) == pathKey(probe), same);
+        EXPECT_EQ(exists(probe), same);
+    }
+}
+
+// ---- times -----------------------------------------------------------------------------
+
+namespace {
+
+constexpr FileTime kSecond = 1'000'000'000;
+
+// Sets modification and access time with the system's own call (100 ns is the finest step
+// both systems keep).
+bool setTimes(const fs::path& p, FileTime modified, FileTime accessed)
+{
+#ifdef _WIN32
+    auto toFiletime = [](FileTime t) {
+        const std::uint64_t ticks = static_cast<std::uint64_t>(t / 100 + 116444736000000000LL);
+        return FILETIME{static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+    };
+    HANDLE h = CreateFileW(p.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    const FILETIME m = toFiletime(modified), a = toFiletime(accessed);
+    const bool ok = SetFileTime(h, nullptr, &a, &m) != 0;
+    CloseHandle(h);
+    return ok;
+#else
+    const struct timespec times[2] = {{static_cast<time_t>(accessed / kSecond), static_cast<long>(accessed % kSecond)},
+                                      {static_cast<time_t>(modified / kSecond), static_cast<long>(modified % kSecond)}};
+    return ::utimensat(AT_FDCWD, p.c_str(), times, 0) == 0;
+#endif
+}
+
+}  // namespace
+
+TEST_F(TempTree, TimesAreNanosecondsSinceTheUnixEpoch)
+{
+    writeText(root_ / "f", "x");
+    fs::create_directory(root_ / "d");
+    struct Case {
+        const char* label;
+        FileTime modified, accessed;
+    };
+    const Case cases[] = {
+        {"2001-09-09 01:46:40.1234567 UTC", 1'000'000'000 * kSecond + 123'456'700, 1'000'000'000 * kSecond},
+        {"1980-01-01 UTC, before any file here", 315'532'800 * kSecond, 315'532'800 * kSecond + 100},
+        {"2100-01-01 UTC, past 32-bit seconds", 4'102'444'800 * kSecond, 4'102'444'800 * kSecond},
+    };
+    for (const char* name : {"f", "d"}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(std::string(name) + ": " + c.label);
+            ASSERT_TRUE(setTimes(root_ / name, c.modified, c.accessed));
+            const auto info = stat(at(name));
+            ASSERT_TRUE(info);
+            EXPECT_EQ(info->modified, c.modified);
+            EXPECT_EQ(info->accessed, c.accessed);
+            EXPECT_GT(info->created, 0);
+            // The walk reads the times from the folder listing, not from stat.
+            EXPECT_EQ(walkTree(root_, false).info.at(name).modified, c.modified);
+        }
+    }
+}
+
+// ---- long paths ------------------------------------------------------------------------
+
+// Past 260 characters Windows takes a path only through the "\\?\" prefix; every
+// operation must reach such paths, and rename must still refuse to replace there.
+TEST_F(TempTree, PathsPastTheClassicLengthLimitWorkEverywhere)
+{
+    const std::string name(90, 'n');
+    const Path deep = at(name + "/" + name + "/" + name);  // over 280 characters
+    ASSERT_GT(deep.size(), 280u);
+    ASSERT_TRUE(createFolders(deep + u"/inner"));
+    EXPECT_TRUE(isFolder(deep + u"/inner"));
+
+    std::string error;
+    ASSERT_TRUE(writeFileAtomically(deep + u"/file.txt", "long", &error)) << error;
+    ASSERT_TRUE(writeFileAtomically(deep + u"/other.txt", "other", &error)) << error;
+    EXPECT_EQ(stat(deep + u"/file.txt")->size, 4u);
+    EXPECT_EQ(readFile(deep + u"/file.txt", 100).bytes, "long");
+
+    RenameResult r = renameNoReplace(deep + u"/file.txt", deep + u"/renamed.txt");
+    ASSERT_TRUE(r.ok()) << r.systemMessage;
+    r = renameNoReplace(deep + u"/inner", deep + u"/Inner folder");
+    ASSERT_TRUE(r.ok()) << r.systemMessage;
+    r = renameNoReplace(deep + u"/renamed.txt", deep + u"/other.txt");
+    EXPECT_EQ(r.status, RenameStatus::TargetExists);
+    EXPECT_EQ(readFile(deep + u"/other.txt", 100).bytes, "other");
+    EXPECT_EQ(readFile(deep + u"/renamed.txt", 100).bytes, "long");
+
+    const std::string prefix = name + "/" + name + "/" + name;
+    const Walked w = walkTree(root_, true);
+    EXPECT_TRUE(w.problems.empty());
+    EXPECT_EQ(sorted(w.paths), (std::vector<std::string>{name, name + "/" + name, prefix, prefix + "/Inner folder",
+                                                         prefix + "/other.txt", prefix + "/renamed.txt"}));
+    EXPECT_EQ(w.info.at(prefix + "/renamed.txt").size, 4u);
+
+    // Back to a short path in one move, which also lets the test's cleanup reach everything.
+    r = renameNoReplace(deep, at("short"));
+    ASSERT_TRUE(r.ok()) << r.systemMessage;
+    EXPECT_EQ(readText(root_ / "short" / "renamed.txt"), "long");
 }
 
 #ifndef _WIN32
@@ -554,6 +777,129 @@ TEST_F(TempTree, LinuxRenameMapsSystemErrors)
         EXPECT_EQ(denied.status, RenameStatus::AccessDenied);
         EXPECT_EQ(denied.systemMessage, std::strerror(EACCES));
     }
+}
+
+#endif  // _WIN32
+
+#ifdef _WIN32
+
+// ---- Windows only: the attribute word, names Win32 rewrites or refuses ------------------
+
+namespace {
+
+// Wine keeps no archive bit of its own: every file reads as archive. Real Windows keeps
+// what was set.
+bool underWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
+
+std::wstring extended(const fs::path& p) { return L"\\\\?\\" + p.wstring(); }
+
+bool createRaw(const std::wstring& path)
+{
+    HANDLE h = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    CloseHandle(h);
+    return true;
+}
+
+}  // namespace
+
+TEST_F(TempTree, WindowsAttributesAreSetReadAndKeptByRename)
+{
+    writeText(root_ / "f", "x");
+    const std::uint32_t cases[] = {AttrReadOnly, AttrHidden, AttrSystem, AttrArchive,
+                                   AttrReadOnly | AttrHidden | AttrSystem, AttrArchive | AttrReadOnly | AttrHidden | AttrSystem, 0};
+    for (std::uint32_t bits : cases) {
+        SCOPED_TRACE(bits);
+        ASSERT_TRUE(setAttributes(at("f"), bits));
+        const std::uint32_t expected = bits | (underWine() ? std::uint32_t{AttrArchive} : 0u);
+        EXPECT_EQ(attributeLetters(stat(at("f"))->attributes), attributeLetters(expected));
+        EXPECT_EQ(walkTree(root_, false).info.at("f").attributes & 0x27u, expected);
+    }
+
+    // A renamer must be able to rename protected files, and must not change their attributes.
+    ASSERT_TRUE(setAttributes(at("f"), AttrReadOnly | AttrHidden | AttrSystem));
+    const std::uint32_t before = stat(at("f"))->attributes;
+    const RenameResult r = renameNoReplace(at("f"), at("g"));
+    ASSERT_TRUE(r.ok()) << r.systemMessage;
+    EXPECT_EQ(stat(at("g"))->attributes, before);
+    EXPECT_TRUE(setAttributes(at("g"), 0));
+
+    fs::create_directory(root_ / "d");
+    ASSERT_TRUE(setAttributes(at("d"), AttrHidden | AttrSystem));
+    EXPECT_EQ(attributeLetters(stat(at("d"))->attributes), u"<DIR>HS");
+    ASSERT_TRUE(setAttributes(at("d"), 0));
+    EXPECT_EQ(attributeLetters(stat(at("d"))->attributes), u"<DIR>");
+}
+
+// ERROR_ALREADY_EXISTS is the whole answer: no retry with replacing, whatever protects the target.
+TEST_F(TempTree, WindowsExistingTargetIsNeverReplaced)
+{
+    const std::uint32_t protections[] = {0, AttrReadOnly, AttrHidden, AttrSystem, AttrReadOnly | AttrHidden | AttrSystem};
+    for (std::uint32_t bits : protections) {
+        SCOPED_TRACE(bits);
+        const fs::path dir = root_ / std::to_string(bits);
+        fs::create_directory(dir);
+        writeText(dir / "source", "source");
+        writeText(dir / "target", "target");
+        ASSERT_TRUE(setAttributes(toPath(dir / "target"), bits));
+        const std::uint32_t before = stat(toPath(dir / "target"))->attributes;
+
+        const RenameResult r = renameNoReplace(toPath(dir / "source"), toPath(dir / "TARGET"));
+        EXPECT_EQ(r.status, RenameStatus::TargetExists);
+        EXPECT_EQ(r.systemError, ERROR_ALREADY_EXISTS);
+        EXPECT_EQ(readText(dir / "target"), "target");
+        EXPECT_EQ(readText(dir / "source"), "source");
+        EXPECT_EQ(stat(toPath(dir / "target"))->attributes, before);
+        EXPECT_TRUE(setAttributes(toPath(dir / "target"), 0));
+    }
+}
+
+// Win32 trims dots and spaces from the end of a name it is given, unless the path carries
+// the "\\?\" prefix; names that keep them exist only when made through the prefix. The
+// platform layer spells such names literally, so a file listed as "x." can be read and
+// renamed to a proper name, and refuses to make new ones (RenameToNamesWindowsCannotHold...).
+TEST_F(TempTree, WindowsTrimsTrailingDotsAndSpacesOutsideThePrefix)
+{
+    const std::pair<const wchar_t*, const char*> trimmed[] = {
+        {L"dot.", "dot"}, {L"space ", "space"}, {L"mixed. .. ", "mixed"}, {L"inner. dot.x", "inner. dot.x"}};
+    for (const auto& [given, stored] : trimmed) {
+        ASSERT_TRUE(createRaw((root_ / given).wstring()));
+        EXPECT_TRUE(fs::exists(root_ / stored)) << stored;
+    }
+    ASSERT_TRUE(createRaw(extended(root_ / L"kept.")));
+    ASSERT_TRUE(createRaw(extended(root_ / L"kept ")));
+    EXPECT_EQ(sorted(walkTree(root_, false).paths),
+              (std::vector<std::string>{"dot", "inner. dot.x", "kept ", "kept.", "mixed", "space"}));
+
+    EXPECT_TRUE(isFile(at("kept.")));
+    EXPECT_FALSE(exists(at("kept")));
+    EXPECT_EQ(readFile(at("kept."), 10).status, ReadStatus::Ok);
+    RenameResult r = renameNoReplace(at("kept."), at("kept"));
+    ASSERT_TRUE(r.ok()) << r.systemMessage;
+    r = renameNoReplace(at("kept "), at("kept"));
+    EXPECT_EQ(r.status, RenameStatus::TargetExists);
+    r = renameNoReplace(at("kept "), at("kept too"));
+    ASSERT_TRUE(r.ok()) << r.systemMessage;
+    EXPECT_EQ(sorted(walkTree(root_, false).paths),
+              (std::vector<std::string>{"dot", "inner. dot.x", "kept", "kept too", "mixed", "space"}));
+}
+
+// The file system itself refuses these characters, with or without the prefix. ':' is not
+// among them: NTFS reads "a:b" as stream "b" of file "a", while Wine makes a file of that
+// name; the platform layer refuses it before either can happen.
+TEST_F(TempTree, WindowsRefusesForbiddenCharactersItself)
+{
+    writeText(root_ / "source", "source");
+    for (const wchar_t* name : {L"a<b", L"a>b", L"a\"b", L"a|b", L"a?b", L"a*b", L"a\x01" L"b"}) {
+        SCOPED_TRACE(toUtf8(Path(name, name + std::wcslen(name))));
+        for (const std::wstring& path : {(root_ / name).wstring(), extended(root_ / name)}) {
+            EXPECT_FALSE(createRaw(path));
+            EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_NAME));
+            EXPECT_FALSE(MoveFileExW((root_ / L"source").c_str(), path.c_str(), 0));
+            EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_NAME));
+        }
+    }
+    EXPECT_EQ(walkTree(root_, false).paths, std::vector<std::string>{"source"});
 }
 
 #endif  // _WIN32
