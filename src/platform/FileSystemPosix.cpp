@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <cwctype>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -634,9 +635,23 @@ bool createFolders(PathView path)
 
 Path systemDrive() { return u"/"; }
 
+#ifdef __APPLE__
+// APFS and HFS+ ignore letter case by default: fold each code unit as the key.
+Path pathKey(PathView path)
+{
+    Path key(path);
+    for (char16_t& c : key) {
+        if (c < 0xD800 || c > 0xDFFF) c = static_cast<char16_t>(std::towlower(static_cast<wint_t>(c)));
+    }
+    return key;
+}
+
+bool pathKeysIgnoreCase() { return true; }
+#else
 Path pathKey(PathView path) { return Path(path); }
 
 bool pathKeysIgnoreCase() { return false; }
+#endif
 
 bool walk(PathView root, bool recursive, const WalkEvents& events)
 {
