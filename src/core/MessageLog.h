@@ -34,9 +34,13 @@ public:
     void setListener(Listener listener) { m_listener = std::move(listener); }
 
 private:
-    QTime now() const { return m_clock ? m_clock() : QTime::currentTime(); }
+    QString currentPrefix();
 
     Clock m_clock;
+    // Reading the local time asks the C library, which checks the time-zone file each time;
+    // a batch that logs thousands of lines reuses the prefix within the same second.
+    qint64 m_prefixSecond = -1;
+    QString m_prefix;
     Listener m_listener;
     QList<MessageLine> m_lines;
 };
