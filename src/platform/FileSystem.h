@@ -125,6 +125,33 @@ ReadResult readFile(PathView path, std::uint64_t maxBytes);
 // program's own state files (settings, snapshots, command files), never for a rename.
 bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error);
 
+// Deletes a file (never a folder). True when it is gone afterwards.
+bool removeFile(PathView path);
+
+// A file opened for appending, as a journal is written: every append is handed to the OS
+// at once, so what was appended survives the program being killed.
+class AppendFile {
+public:
+    AppendFile() = default;
+    ~AppendFile() { close(); }
+    AppendFile(const AppendFile&) = delete;
+    AppendFile& operator=(const AppendFile&) = delete;
+
+    bool open(PathView path);  // creates the file when missing
+    bool append(std::string_view bytes);
+    void close();
+    bool isOpen() const { return m_handle != kClosed; }
+
+private:
+    static constexpr std::intptr_t kClosed = -1;
+    std::intptr_t m_handle = kClosed;  // a descriptor or a HANDLE
+};
+
+// Calls `each` with the name of every entry of a folder (never "." or ".."), reading no
+// metadata: the quick way to learn which names a large folder holds. False when the folder
+// cannot be read; names that are not valid UTF-8 are passed over.
+bool listNames(PathView folder, const std::function<void(PathView name)>& each);
+
 // The running executable's full path.
 Path executablePath();
 

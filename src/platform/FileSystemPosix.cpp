@@ -776,6 +776,79 @@ bool writeFileAtomically(PathView path, std::string_view bytes, std::string* err
     return true;
 }
 
+bool removeFile(PathView path)
+{
+    const auto bytes = toUtf8Path(path);
+    if (!bytes) return false;
+    struct stat st;
+    if (::lstat(bytes->c_str(), &st) != 0) return errno == ENOENT;
+    if (S_ISDIR(st.st_mode)) return false;
+    return ::unlink(bytes->c_str()) == 0;
+}
+
+bool AppendFile::open(PathView path)
+{
+    close();
+    const auto bytes = toUtf8Path(path);
+    if (!bytes) return false;
+    const int fd = ::open(bytes->c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    if (fd < 0) return false;
+    m_handle = fd;
+    return true;
+}
+
+bool AppendFile::append(std::string_view bytes)
+{
+    if (!isOpen()) return false;
+    while (!bytes.empty()) {
+        const ssize_t put = ::write(static_cast<int>(m_handle), bytes.data(), bytes.size());
+        if (put < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(put));
+    }
+    return true;
+}
+
+void AppendFile::close()
+{
+    if (isOpen()) ::close(static_cast<int>(m_handle));
+    m_handle = kClosed;
+}
+
+bool listNames(PathView folder, const std::function<void(PathView name)>& each)
+{
+    const auto bytes = toUtf8Path(folder);
+    if (!bytes) return false;
+    const int fd = ::open(bytes->c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return false;
+    std::vector<char> buffer(64 * 1024);
+    Path name;
+    bool ok = true;
+    for (;;) {
+        const long got = ::syscall(SYS_getdents64, fd, buffer.data(), buffer.size());
+        if (got == 0) break;
+        if (got < 0) {
+            if (errno == EINTR) continue;
+            ok = false;
+            break;
+        }
+        for (long pos = 0; pos < got;) {
+            const char* record = buffer.data() + pos;
+            unsigned short length = 0;
+            std::memcpy(&length, record + offsetof(LinuxDirent64, d_reclen), sizeof length);
+            pos += length;
+            const std::string_view raw(record + offsetof(LinuxDirent64, d_name));
+            if (raw == "." || raw == "..") continue;
+            name.clear();
+            if (appendUtf16(raw, name)) each(name);
+        }
+    }
+    ::close(fd);
+    return ok;
+}
+
 Path executablePath()
 {
     std::string buffer(256, '\0');

@@ -568,6 +568,62 @@ bool writeFileAtomically(PathView path, std::string_view bytes, std::string* err
     return true;
 }
 
+bool removeFile(PathView path)
+{
+    const std::wstring target = toWin32(path);
+    const DWORD attributes = GetFileAttributesW(wide(target));
+    if (attributes == INVALID_FILE_ATTRIBUTES) return GetLastError() == ERROR_FILE_NOT_FOUND;
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) return false;
+    return DeleteFileW(wide(target)) != 0;
+}
+
+bool AppendFile::open(PathView path)
+{
+    close();
+    const HANDLE h = CreateFileW(wide(toWin32(path)), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    m_handle = reinterpret_cast<std::intptr_t>(h);
+    return true;
+}
+
+bool AppendFile::append(std::string_view bytes)
+{
+    if (!isOpen()) return false;
+    while (!bytes.empty()) {
+        const DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1u << 30));
+        DWORD put = 0;
+        if (!WriteFile(reinterpret_cast<HANDLE>(m_handle), bytes.data(), chunk, &put, nullptr)) return false;
+        bytes.remove_prefix(put);
+    }
+    return true;
+}
+
+void AppendFile::close()
+{
+    if (isOpen()) CloseHandle(reinterpret_cast<HANDLE>(m_handle));
+    m_handle = kClosed;
+}
+
+bool listNames(PathView folder, const std::function<void(PathView name)>& each)
+{
+    Path pattern(folder);
+    if (pattern.empty() || (pattern.back() != u'/' && pattern.back() != u'\\')) pattern.push_back(u'/');
+    pattern.push_back(u'*');
+    WIN32_FIND_DATAW data;
+    const HANDLE h = FindFirstFileExW(wide(toWin32(pattern)), FindExInfoBasic, &data, FindExSearchNameMatch, nullptr,
+                                      FIND_FIRST_EX_LARGE_FETCH);
+    if (h == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_FILE_NOT_FOUND;
+    do {
+        const wchar_t* name = data.cFileName;
+        if (name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'))) continue;
+        each(fromWin32(name, std::wcslen(name)));
+    } while (FindNextFileW(h, &data));
+    const DWORD last = GetLastError();
+    FindClose(h);
+    return last == ERROR_NO_MORE_FILES;
+}
+
 Path executablePath()
 {
     std::wstring buffer(MAX_PATH, L'\0');

@@ -419,6 +419,37 @@ TEST_F(TempTree, WriteAtomicallyReplacesWholeAndLeavesNoTemporary)
     EXPECT_EQ(walkTree(root_ / "occupied", false).paths.size(), 0u);
 }
 
+TEST_F(TempTree, AppendRemoveAndListNames)
+{
+    {
+        AppendFile journal;
+        ASSERT_TRUE(journal.open(at("journal.txt")));
+        EXPECT_TRUE(journal.append("one\r\n"));
+        EXPECT_TRUE(journal.append("two\r\n"));
+        // Every append is in the file at once, before the file is closed.
+        EXPECT_EQ(readText(root_ / "journal.txt"), "one\r\ntwo\r\n");
+    }
+    AppendFile again;
+    ASSERT_TRUE(again.open(at("journal.txt")));
+    EXPECT_TRUE(again.append("three"));
+    again.close();
+    EXPECT_FALSE(again.append("lost"));
+    EXPECT_EQ(readText(root_ / "journal.txt"), "one\r\ntwo\r\nthree");
+
+    fs::create_directory(root_ / "folder");
+    writeText(root_ / ".hidden", "");
+    std::vector<std::string> names;
+    EXPECT_TRUE(listNames(at(""), [&](PathView name) { names.push_back(show(name)); }));
+    EXPECT_EQ(sorted(names), (std::vector<std::string>{".hidden", "folder", "journal.txt"}));
+    EXPECT_FALSE(listNames(at("missing"), [](PathView) {}));
+
+    EXPECT_FALSE(removeFile(at("folder")));  // never a folder
+    EXPECT_TRUE(fs::is_directory(root_ / "folder"));
+    EXPECT_TRUE(removeFile(at("journal.txt")));
+    EXPECT_FALSE(fs::exists(root_ / "journal.txt"));
+    EXPECT_TRUE(removeFile(at("journal.txt")));  // already gone
+}
+
 TEST_F(TempTree, ReadFileReportsMissingTooLargeAndBinaryContent)
 {
     const std::string binary("a\0b\xFF\r\n", 6);
