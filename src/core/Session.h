@@ -33,6 +33,12 @@ public:
     const QString& runStamp() const { return m_runStamp; }
     int applyCounter() const { return m_applyCounter; }
     int nextApplyNumber() { return ++m_applyCounter; }
+    // After the newest apply was undone: its snapshot is off the stack.
+    void forgetLastApply()
+    {
+        if (m_applyCounter > 0)
+            --m_applyCounter;
+    }
 
     // Set after a rename programme or snapshot was imported into the list and cleared by
     // the next load or recorded command.
@@ -69,6 +75,12 @@ public:
             m_commandRunner();
     }
 
+    // Set by whoever has just recomputed every row's new names from the command list, so
+    // that the next preview need not run the commands again; preview clears it when it
+    // reads it, so a stale mark never outlives one preview.
+    bool newNamesCurrent() const { return m_newNamesCurrent; }
+    void setNewNamesCurrent(bool current) { m_newNamesCurrent = current; }
+
     // Settings changes are written whole to the settings file; false (with a message in
     // the log) when the file could not be written. A session without a file keeps them
     // in memory, as the command line does.
@@ -90,6 +102,7 @@ private:
     std::function<void()> m_pendingListRefresh;
     bool m_onFileRenamePage = true;
     bool m_resettingPages = false;
+    bool m_newNamesCurrent = false;
     Pipeline m_pipeline{*this};
 };
 

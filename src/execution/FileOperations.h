@@ -1,0 +1,109 @@
+// The few disk operations that renaming, snapshots and undo need, behind an interface so
+// that tests can make them fail on purpose. The default implementation goes through
+// src/platform; the faulty one wraps it and breaks chosen calls.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "platform/FileSystem.h"
+
+namespace qp {
+
+class FileOperations {
+public:
+    virtual ~FileOperations() = default;
+
+    // Never replaces an existing object.
+    virtual platform::RenameResult renameNoReplace(const QString& from, const QString& to) = 0;
+    virtual std::optional<platform::FileInfo> stat(const QString& path) = 0;
+    virtual bool setAttributes(const QString& path, std::uint32_t attributes) = 0;
+    virtual bool createFolders(const QString& path) = 0;
+    // The whole file through a temporary beside it, so that a reader sees old or new whole.
+    virtual bool writeFileAtomically(const QString& path, const QByteArray& bytes, QString* error) = 0;
+    virtual std::optional<QByteArray> readFile(const QString& path) = 0;
+    virtual bool removeFile(const QString& path) = 0;
+    // Appends to a file that stays open until closeAppend(); each call reaches the
+    // operating system before it returns, so a killed process leaves every line written.
+    virtual bool openAppend(const QString& path) = 0;
+    virtual bool append(const QByteArray& bytes) = 0;
+    virtual void closeAppend() = 0;
+
+    // True when a rename that reports success has certainly happened and has kept the
+    // attribute word, so that neither needs looking at afterwards (Linux: renameat2 and
+    // the mode bits). False where the system's rename is known to claim more than it did.
+    virtual bool renameIsExact() const = 0;
+
+    bool exists(const QString& path) { return stat(path).has_value(); }
+    bool isFolder(const QString& path)
+    {
+        const auto info = stat(path);
+        return info && info->isFolder;
+    }
+};
+
+// The real disk.
+class DiskOperations : public FileOperations {
+public:
+    DiskOperations();
+    ~DiskOperations() override;
+
+    platform::RenameResult renameNoReplace(const QString& from, const QString& to) override;
+    std::optional<platform::FileInfo> stat(const QString& path) override;
+    bool setAttributes(const QString& path, std::uint32_t attributes) override;
+    bool createFolders(const QString& path) override;
+    bool writeFileAtomically(const QString& path, const QByteArray& bytes, QString* error) override;
+    std::optional<QByteArray> readFile(const QString& path) override;
+    bool removeFile(const QString& path) override;
+    bool openAppend(const QString& path) override;
+    bool append(const QByteArray& bytes) override;
+    void closeAppend() override;
+    bool renameIsExact() const override;
+
+private:
+    struct AppendFile;
+    std::unique_ptr<AppendFile> m_append;
+};
+
+// Thrown by FaultyOperations to stand for the process being killed at that instant.
+struct SimulatedCrash {};
+
+// Passes everything to another implementation, except the renames it is told to break.
+// Counting starts at 1 and covers every rename asked for.
+class FaultyOperations : public FileOperations {
+public:
+    explicit FaultyOperations(FileOperations& inner) : m_inner(inner) {}
+
+    int failRename = 0;          // the k-th rename fails and changes nothing
+    int failTemporaryRename = 0; // the k-th rename to a ",FRP," name fails
+    int pretendRename = 0;       // the k-th rename reports success and changes nothing
+    int crashAtRename = 0;       // before the k-th rename, SimulatedCrash is thrown
+    int renames = 0;             // renames asked for so far
+    int temporaryRenames = 0;
+
+    platform::RenameResult renameNoReplace(const QString& from, const QString& to) override;
+    std::optional<platform::FileInfo> stat(const QString& path) override { return m_inner.stat(path); }
+    bool setAttributes(const QString& path, std::uint32_t attributes) override
+    {
+        return m_inner.setAttributes(path, attributes);
+    }
+    bool createFolders(const QString& path) override { return m_inner.createFolders(path); }
+    bool writeFileAtomically(const QString& path, const QByteArray& bytes, QString* error) override
+    {
+        return m_inner.writeFileAtomically(path, bytes, error);
+    }
+    std::optional<QByteArray> readFile(const QString& path) override { return m_inner.readFile(path); }
+    bool removeFile(const QString& path) override { return m_inner.removeFile(path); }
+    bool openAppend(const QString& path) override { return m_inner.openAppend(path); }
+    bool append(const QByteArray& bytes) override { return m_inner.append(bytes); }
+    void closeAppend() override { m_inner.closeAppend(); }
+    // It may claim a rename it did not make.
+    bool renameIsExact() const override { return false; }
+
+private:
+    FileOperations& m_inner;
+};
+
+}  // namespace qp
