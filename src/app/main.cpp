@@ -7,6 +7,9 @@
 
 #include "core/PathText.h"
 #include "core/Startup.h"
+#include "execution/FileOperations.h"
+#include "execution/RenameRunner.h"
+#include "execution/Snapshot.h"
 #include "ui/MainWindow.h"
 
 namespace {
@@ -47,6 +50,14 @@ int main(int argc, char* argv[])
     if (opened.report.invalidUtf8) {
         window.session().messages().add(QStringLiteral("设置文件中有不是 UTF-8 的字节，已替换为“�”；原文件已备份为：")
                                             + qp::nativeSeparators(opened.backupFile),
+                                        qp::MessageColour::Red);
+    }
+    // A batch that was cut off (a crash, a power cut) left its journal unfinished: say so, so
+    // that the user can undo it from that file.
+    qp::DiskOperations disk;
+    for (const QString& journal : qp::findUnfinishedJournals(qp::settingsFolderOf(window.session()), disk)) {
+        window.session().messages().add(QStringLiteral("发现未完成的批量更名记录，可用它撤销那次更名：")
+                                            + qp::nativeSeparators(journal),
                                         qp::MessageColour::Red);
     }
     window.show();
