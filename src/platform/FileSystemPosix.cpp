@@ -257,21 +257,16 @@ struct Folder {
     }
 };
 
-// Reads every entry of one folder, with its metadata, while the folder is open. The
-// descriptor is closed before the folder is handed on, so deep trees use one at a time.
-void readFolder(Folder& folder, std::vector<char>& buffer)
+// Calls `each` with every name of an open folder but "." and ".."; false when reading failed.
+template <typename Each>
+bool forEachName(int fd, std::vector<char>& buffer, Each each)
 {
-    const int fd = ::open(folder.bytes.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | (folder.noFollow ? O_NOFOLLOW : 0));
-    if (fd < 0) return;
-    folder.opened = true;
-    bool failed = false;
     for (;;) {
         const long got = ::syscall(SYS_getdents64, fd, buffer.data(), buffer.size());
-        if (got == 0) break;
+        if (got == 0) return true;
         if (got < 0) {
             if (errno == EINTR) continue;
-            failed = true;
-            break;
+            return false;
         }
         for (long pos = 0; pos < got;) {
             const char* record = buffer.data() + pos;
@@ -279,29 +274,41 @@ void readFolder(Folder& folder, std::vector<char>& buffer)
             std::memcpy(&length, record + offsetof(LinuxDirent64, d_reclen), sizeof length);
             pos += length;
             const char* name = record + offsetof(LinuxDirent64, d_name);
-            const std::string_view nameView(name);
-            if (nameView == "." || nameView == "..") continue;
-
-            Item item;
-            item.nameOffset = static_cast<std::uint32_t>(folder.names.size());
-            item.nameLength = static_cast<std::uint32_t>(nameView.size());
-            item.textOffset = static_cast<std::uint32_t>(folder.texts.size());
-            if (!appendUtf16(nameView, folder.texts)) {
-                item.badName = true;
-            } else {
-                struct statx sx;
-                if (statx(fd, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kStatMask, &sx) != 0) {
-                    folder.texts.resize(item.textOffset);
-                    if (errno != ENOENT) failed = true;  // vanished entries are simply gone
-                    continue;
-                }
-                fillInfo(fd, name, sx, isHiddenName(nameView), item.info);
-            }
-            item.textLength = static_cast<std::uint32_t>(folder.texts.size() - item.textOffset);
-            folder.names.append(nameView);
-            folder.items.push_back(item);
+            if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) each(name);
         }
     }
+}
+
+// Reads every entry of one folder, with its metadata, while the folder is open. The
+// descriptor is closed before the folder is handed on, so deep trees use one at a time.
+void readFolder(Folder& folder, std::vector<char>& buffer)
+{
+    const int fd = ::open(folder.bytes.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | (folder.noFollow ? O_NOFOLLOW : 0));
+    if (fd < 0) return;
+    folder.opened = true;
+    bool statFailed = false;
+    const bool listed = forEachName(fd, buffer, [&](const char* name) {
+        const std::string_view nameView(name);
+        Item item;
+        item.nameOffset = static_cast<std::uint32_t>(folder.names.size());
+        item.nameLength = static_cast<std::uint32_t>(nameView.size());
+        item.textOffset = static_cast<std::uint32_t>(folder.texts.size());
+        if (!appendUtf16(nameView, folder.texts)) {
+            item.badName = true;
+        } else {
+            struct statx sx;
+            if (statx(fd, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kStatMask, &sx) != 0) {
+                folder.texts.resize(item.textOffset);
+                if (errno != ENOENT) statFailed = true;  // vanished entries are simply gone
+                return;
+            }
+            fillInfo(fd, name, sx, isHiddenName(nameView), item.info);
+        }
+        item.textLength = static_cast<std::uint32_t>(folder.texts.size() - item.textOffset);
+        folder.names.append(nameView);
+        folder.items.push_back(item);
+    });
+    const bool failed = !listed || statFailed;
     ::close(fd);
     folder.complete = !failed;
 }
@@ -825,26 +832,10 @@ bool listNames(PathView folder, const std::function<void(PathView name)>& each)
     if (fd < 0) return false;
     std::vector<char> buffer(64 * 1024);
     Path name;
-    bool ok = true;
-    for (;;) {
-        const long got = ::syscall(SYS_getdents64, fd, buffer.data(), buffer.size());
-        if (got == 0) break;
-        if (got < 0) {
-            if (errno == EINTR) continue;
-            ok = false;
-            break;
-        }
-        for (long pos = 0; pos < got;) {
-            const char* record = buffer.data() + pos;
-            unsigned short length = 0;
-            std::memcpy(&length, record + offsetof(LinuxDirent64, d_reclen), sizeof length);
-            pos += length;
-            const std::string_view raw(record + offsetof(LinuxDirent64, d_name));
-            if (raw == "." || raw == "..") continue;
-            name.clear();
-            if (appendUtf16(raw, name)) each(name);
-        }
-    }
+    const bool ok = forEachName(fd, buffer, [&](const char* raw) {
+        name.clear();
+        if (appendUtf16(raw, name)) each(name);
+    });
     ::close(fd);
     return ok;
 }
