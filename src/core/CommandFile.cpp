@@ -10,6 +10,7 @@
 #include "core/CommandList.h"
 #include "core/Interaction.h"
 #include "core/PathText.h"
+#include "core/TextFiles.h"
 #include "core/Session.h"
 #include "core/SettingsKeys.h"
 #include "core/SettingsStore.h"
@@ -24,7 +25,7 @@ const QString kCountKey = QStringLiteral("CommandListCount");
 const QString kRecentSection = QStringLiteral("RecentItemMenuCMDFile");
 const QString kRecentCountKey = QStringLiteral("Count");
 const QString kDialogFolderKey = QStringLiteral("OpenDialogInitialDirMMenuCMDLoadFromFile");
-const QString kRule = QLatin1Char(';') + QString(59, QLatin1Char('='));
+
 
 // A command file of 200 commands is a few hundred kilobytes; anything near this size is
 // not one, and reading it whole would only cost memory.
@@ -99,16 +100,6 @@ QString shownFolder(const QString& folder)
     return nativeSeparators(result);
 }
 
-bool isBlank(QChar c) { return c == u' ' || c == u'\t'; }
-
-QStringView trimBlanks(QStringView s)
-{
-    while (!s.isEmpty() && isBlank(s.front()))
-        s = s.sliced(1);
-    while (!s.isEmpty() && isBlank(s.back()))
-        s.chop(1);
-    return s;
-}
 
 // Calls `line(text, sectionName)` for each line of INI text, where sectionName is set for
 // a section header and null otherwise. Lines end as the settings parser ends them (CR LF,
@@ -124,9 +115,9 @@ void forEachLine(QStringView text, LineFn line)
             ++end;
         const QStringView current = text.sliced(pos, end - pos);
         pos = (end + 1 < size && text[end] == u'\r' && text[end + 1] == u'\n') ? end + 2 : end + 1;
-        const QStringView trimmed = trimBlanks(current);
+        const QStringView trimmed = text::trimBlanks(current);
         const bool header = trimmed.size() >= 2 && trimmed.front() == u'[' && trimmed.back() == u']';
-        line(current, header ? trimBlanks(trimmed.sliced(1, trimmed.size() - 2)) : QStringView());
+        line(current, header ? text::trimBlanks(trimmed.sliced(1, trimmed.size() - 2)) : QStringView());
     }
 }
 
@@ -180,14 +171,14 @@ QByteArray commandFileBytes(const SettingsStore& store)
         return {};
 
     QStringList lines{
-        kRule,
+        text::ruleLine(),
         QStringLiteral(";批处理命令文件"),
-        QStringLiteral(";Quillet Pro 批量文件更名工具"),
+        text::productLine(),
         QStringLiteral(";可用“载入批处理命令”重新载入本文件中的更名命令"),
         QStringLiteral(";"),
         QStringLiteral(";说明：本文件为系统生成，除非明白各参数之意义，否则请不要随"),
         QStringLiteral(";      意改动，以免影响原有的更名结果！"),
-        kRule,
+        text::ruleLine(),
         QStringLiteral("[CommandList]"),
     };
     for (const QString& line : store.sectionLines(kListSection))
@@ -199,12 +190,7 @@ QByteArray commandFileBytes(const SettingsStore& store)
             lines.append(oneLine(line));
     }
 
-    QByteArray bytes("\xEF\xBB\xBF");
-    for (const QString& line : lines) {
-        bytes += line.toUtf8();
-        bytes += "\r\n";
-    }
-    return bytes;
+    return text::withBomAndCrlf(lines);
 }
 
 CommandFileResult saveCommandFile(Session& session, const FileChooser& chooseFile)

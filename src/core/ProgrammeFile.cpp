@@ -6,6 +6,7 @@
 
 #include "core/Loader.h"
 #include "core/PathText.h"
+#include "core/TextFiles.h"
 #include "core/Session.h"
 #include "core/SettingsKeys.h"
 #include "platform/FileSystem.h"
@@ -35,16 +36,6 @@ constexpr char16_t kNativeSeparator = u'/';
 
 QString tr(const char* text) { return QCoreApplication::translate("ProgrammeFile", text); }
 
-bool isBlank(QChar c) { return c == u' ' || c == u'\t'; }
-
-QStringView trimBlanks(QStringView s)
-{
-    while (!s.isEmpty() && isBlank(s.front()))
-        s = s.sliced(1);
-    while (!s.isEmpty() && isBlank(s.back()))
-        s.chop(1);
-    return s;
-}
 
 // A line of the file, without line breaks of its own: they would split it.
 QString encodeName(const QString& text)
@@ -100,29 +91,13 @@ QString internalOldPath(const QString& cleaned)
 
 QByteArray programmeFileBytes(const RenameList& list)
 {
-    const QString rule = QStringLiteral(";") + QString(59, QLatin1Char('='));
-    QStringList lines{
-        rule,
-        QStringLiteral(";更名方案文件 或 快照文件"),
-        QStringLiteral(";Quillet Pro 批量文件更名工具"),
-        QStringLiteral(";由 Quillet Pro 生成，可用 Quillet Pro 再次导入"),
-        QStringLiteral(";"),
-        QStringLiteral(";说明：更名方案文件 或 快照文件 内容必须遵守的指定格式如下："),
-        QStringLiteral(";1. 必须包含字段：[Rename Programme]；"),
-        QStringLiteral(";2. [Rename Programme]字段下面每行的格式为："),
-        QStringLiteral(";   原始文件名（含路径）=结果文件名（不含路径，含扩展名）"),
-        QStringLiteral(";3. 所有文件名中的“=”必须改为“<61>”；"),
-        QStringLiteral(";4. 本文件为系统生成，文件遵守ini文件格式。"),
-        rule,
-        QStringLiteral("[") + kSectionName + QStringLiteral("]"),
-    };
+    QStringList lines = text::programmeHeader(QStringLiteral(";更名方案文件 或 快照文件"),
+                                              QStringLiteral(";由 Quillet Pro 生成，可用 Quillet Pro 再次导入"));
+    lines.append(QStringLiteral("[") + kSectionName + QStringLiteral("]"));
     lines.reserve(lines.size() + list.size());
     for (const FileEntry& row : list.rows())
         lines.append(encodeName(nativeSeparators(row.fullPath())) + QLatin1Char('=') + encodeName(row.newFileName()));
-    QByteArray bytes("\xEF\xBB\xBF");
-    bytes += lines.join(QStringLiteral("\r\n")).toUtf8();
-    bytes += "\r\n";
-    return bytes;
+    return text::withBomAndCrlf(lines);
 }
 
 std::vector<ProgrammeLine> readProgrammeLines(QStringView text)
@@ -140,11 +115,11 @@ std::vector<ProgrammeLine> readProgrammeLines(QStringView text)
         const QStringView line = text.sliced(pos, end - pos);
         pos = (end + 1 < size && text[end] == u'\r' && text[end + 1] == u'\n') ? end + 2 : end + 1;
 
-        const QStringView trimmed = trimBlanks(line);
+        const QStringView trimmed = text::trimBlanks(line);
         if (trimmed.isEmpty() || trimmed.front() == u';' || trimmed.front() == u'#')
             continue;
         if (trimmed.front() == u'[' && trimmed.back() == u']') {
-            const QStringView name = trimBlanks(trimmed.sliced(1, trimmed.size() - 2));
+            const QStringView name = text::trimBlanks(trimmed.sliced(1, trimmed.size() - 2));
             inSection = name.compare(kSectionName, Qt::CaseInsensitive) == 0;
             continue;
         }
@@ -156,7 +131,7 @@ std::vector<ProgrammeLine> readProgrammeLines(QStringView text)
         if (eq < 0)
             continue;
         QStringView key = line.first(eq);
-        while (!key.isEmpty() && isBlank(key.front()))
+        while (!key.isEmpty() && (key.front() == u' ' || key.front() == u'\t'))
             key = key.sliced(1);
         if (key.isEmpty())
             continue;

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include "core/PathText.h"
+#include "core/TextFiles.h"
 #include <QStringDecoder>
 
 #include <limits>
@@ -19,22 +20,6 @@ constexpr std::uint64_t kMaxSettingsBytes = 256ull * 1024 * 1024;
 
 constexpr char16_t kBom = u'\uFEFF';
 
-bool isBlank(QChar c)
-{
-    return c == u' ' || c == u'\t';
-}
-
-// Trims spaces and tabs only: other white space (such as U+3000) may be part of a name.
-QStringView trimBlanks(QStringView s)
-{
-    qsizetype begin = 0;
-    qsizetype end = s.size();
-    while (begin < end && isBlank(s[begin]))
-        ++begin;
-    while (end > begin && isBlank(s[end - 1]))
-        --end;
-    return s.sliced(begin, end - begin);
-}
 
 // The hash key of a section or key name. Case folding covers ASCII the way Windows INI
 // files do and also folds other letters, which no name of ours relies on either way.
@@ -89,12 +74,12 @@ SettingsStore::LoadReport SettingsStore::parse(QStringView text)
         else
             pos = end + 1;
 
-        const QStringView trimmed = trimBlanks(line);
+        const QStringView trimmed = text::trimBlanks(line);
         if (trimmed.isEmpty() || trimmed.front() == u';' || trimmed.front() == u'#')
             continue;
 
         if (trimmed.front() == u'[' && trimmed.back() == u']') {
-            const QString name = trimBlanks(trimmed.sliced(1, trimmed.size() - 2)).toString();
+            const QString name = text::trimBlanks(trimmed.sliced(1, trimmed.size() - 2)).toString();
             sectionForWrite(name);
             current = *m_sectionIndex.constFind(fold(name));
             continue;
@@ -104,7 +89,7 @@ SettingsStore::LoadReport SettingsStore::parse(QStringView text)
         // exactly as written (blanks included) so that a hand-edited or older file reads
         // back unchanged; "|…|" is how a value says where its blanks begin and end.
         const qsizetype eq = line.indexOf(u'=');
-        const QStringView key = eq < 0 ? QStringView() : trimBlanks(line.first(eq));
+        const QStringView key = eq < 0 ? QStringView() : text::trimBlanks(line.first(eq));
         // Lines the document cannot place: before any section, without "=", or with an
         // empty key. They are dropped and counted.
         if (current < 0 || eq < 0 || key.isEmpty()) {
@@ -239,7 +224,7 @@ bool SettingsStore::readBool(const QString& section, const QString& key, bool de
     const Entry* entry = findEntry(section, key);
     if (entry == nullptr)
         return defaultValue;
-    const QStringView v = trimBlanks(entry->value);
+    const QStringView v = text::trimBlanks(entry->value);
     if (v == u"1" || v.compare(u"true", Qt::CaseInsensitive) == 0)
         return true;
     if (v == u"0" || v.compare(u"false", Qt::CaseInsensitive) == 0)
@@ -252,7 +237,7 @@ qint64 SettingsStore::readInt(const QString& section, const QString& key, qint64
     const Entry* entry = findEntry(section, key);
     if (entry == nullptr)
         return defaultValue;
-    QStringView v = trimBlanks(entry->value);
+    QStringView v = text::trimBlanks(entry->value);
     bool negative = false;
     if (!v.isEmpty() && (v.front() == u'+' || v.front() == u'-')) {
         negative = v.front() == u'-';

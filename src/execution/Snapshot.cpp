@@ -3,6 +3,7 @@
 #include <QHash>
 
 #include "core/PathText.h"
+#include "core/TextFiles.h"
 #include "execution/FileOperations.h"
 
 namespace qp {
@@ -57,25 +58,11 @@ QString snapshotPath(const QString& settingsFolder, const QString& runStamp, int
 
 QByteArray snapshotBytes(const SnapshotData& data)
 {
-    const QString rule = QStringLiteral(";") + QString(59, QLatin1Char('='));
-    const QStringList header{
-        rule,
-        QStringLiteral(";更名方案文件 或 快照文件（用于撤销更名）"),
-        QStringLiteral(";Quillet Pro 批量文件更名工具"),
-        QStringLiteral(";由 Quillet Pro 自动生成"),
-        QStringLiteral(";"),
-        QStringLiteral(";说明：更名方案文件 或 快照文件 内容必须遵守的指定格式如下："),
-        QStringLiteral(";1. 必须包含字段：[Rename Programme]；"),
-        QStringLiteral(";2. [Rename Programme]字段下面每行的格式为："),
-        QStringLiteral(";   原始文件名（含路径）=结果文件名（不含路径，含扩展名）"),
-        QStringLiteral(";3. 所有文件名中的“=”必须改为“<61>”；"),
-        QStringLiteral(";4. 本文件为系统生成，文件遵守ini文件格式。"),
-        rule,
-        QString(),
-        QStringLiteral("[Rename Config]"),
-        QStringLiteral("FoundExist=") + (data.foundExist ? u'1' : u'0'),
-        QStringLiteral("FoundExistAndExchange=") + (data.foundExistAndExchange ? u'1' : u'0'),
-    };
+    QStringList header = text::programmeHeader(QStringLiteral(";更名方案文件 或 快照文件（用于撤销更名）"),
+                                               QStringLiteral(";由 Quillet Pro 自动生成"));
+    header << QString() << QStringLiteral("[Rename Config]")
+           << QStringLiteral("FoundExist=") + (data.foundExist ? u'1' : u'0')
+           << QStringLiteral("FoundExistAndExchange=") + (data.foundExistAndExchange ? u'1' : u'0');
     QString text;
     qsizetype size = 1024;
     for (const SnapshotLine& line : data.lines)

@@ -1,0 +1,27 @@
+// What the program's own text files (settings, command files, rename programmes,
+// snapshots) share: blank trimming as their readers do it, the comment header and the
+// byte form (UTF-8 with a byte-order mark, CR LF line ends).
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace qp::text {
+
+// Trims spaces and tabs only: other white space (such as U+3000) may be part of a name.
+QStringView trimBlanks(QStringView s);
+
+// ";" and 59 "=": the rule line that opens and closes every header.
+QString ruleLine();
+// The banner comment line that names the product.
+QString productLine();
+
+// The header of a rename programme or snapshot file: the rule, `title`, the banner, `maker`,
+// ";", the five lines that explain the format, and the rule again.
+QStringList programmeHeader(const QString& title, const QString& maker);
+
+// BOM + every line followed by CR LF, in UTF-8.
+QByteArray withBomAndCrlf(const QStringList& lines);
+
+}  // namespace qp::text
