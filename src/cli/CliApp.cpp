@@ -2,8 +2,28 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <algorithm>
+#include <memory>
 
+#include "core/CommandFile.h"
+#include "core/Interaction.h"
+#include "core/Loader.h"
+#include "core/PathText.h"
+#include "core/ProgrammeFile.h"
+#include "core/Session.h"
+#include "core/SettingsKeys.h"
 #include "core/Startup.h"
+#include "execution/FileOperations.h"
+#include "execution/Preview.h"
+#include "execution/RenameRunner.h"
+#include "execution/Snapshot.h"
+#include "execution/Undo.h"
 
 namespace qp::cli {
 
@@ -18,6 +38,182 @@ std::optional<SettingOverride> parseOverride(const QString& text)
     return SettingOverride{text.left(slash), text.mid(slash + 1, equals - slash - 1), text.mid(equals + 1)};
 }
 
+QString rowsAsTsv(const RenameList& list)
+{
+    QString text;
+    text.reserve(list.size() * 96);
+    for (qsizetype r = 0; r < list.size(); ++r) {
+        const FileEntry& row = list.at(r);
+        text += QString::number(row.state);
+        text += u'\t';
+        text += nativeSeparators(row.fullPath());
+        text += u'\t';
+        text += row.newName;
+        text += row.newExt;
+        text += u'\n';
+    }
+    return text;
+}
+
+QByteArray rowsAsJson(const RenameList& list)
+{
+    QJsonArray rows;
+    for (qsizetype r = 0; r < list.size(); ++r) {
+        const FileEntry& row = list.at(r);
+        rows.append(QJsonObject{
+            {QStringLiteral("state"), row.state},
+            {QStringLiteral("path"), nativeSeparators(row.fullPath())},
+            {QStringLiteral("name"), row.name},
+            {QStringLiteral("ext"), row.ext},
+            {QStringLiteral("newName"), row.newName},
+            {QStringLiteral("newExt"), row.newExt},
+        });
+    }
+    return QJsonDocument(rows).toJson(QJsonDocument::Indented);
+}
+
+namespace {
+
+// The run stamp folder and the apply number of a snapshot path; a name that is not a
+// number sorts before every numbered one.
+std::pair<QString, qint64> snapshotOrder(const QString& path)
+{
+    const PathParts file = splitPath(internalSeparators(path));
+    const PathParts folder = splitPath(file.folder);
+    QString base = file.fileName;
+    const qsizetype dot = base.lastIndexOf(u'.');
+    if (dot >= 0)
+        base.truncate(dot);
+    bool ok = false;
+    const qint64 number = base.toLongLong(&ok);
+    return {folder.fileName, ok ? number : -1};
+}
+
+}  // namespace
+
+bool isNewerSnapshot(const QString& a, const QString& b)
+{
+    return snapshotOrder(b) < snapshotOrder(a);
+}
+
+QString snapshotToUndo(const QString& settingsFolder, FileOperations& ops)
+{
+    auto newest = [](const QStringList& files) {
+        QString best;
+        for (const QString& file : files) {
+            if (best.isEmpty() || isNewerSnapshot(file, best))
+                best = file;
+        }
+        return best;
+    };
+    const QStringList journals = findUnfinishedJournals(settingsFolder, ops);
+    if (!journals.isEmpty())
+        return newest(journals);
+
+    QStringList snapshots;
+    platform::WalkEvents events;
+    events.entry = [&](const platform::DirEntry& entry) {
+        if (!entry.info.isFolder) {
+            const QString name = fromPlatformPath(entry.name);
+            if (name.endsWith(QStringLiteral(".txt"), Qt::CaseInsensitive))
+                snapshots.append(fromPlatformPath(entry.folder) + name);
+        }
+        return true;
+    };
+    platform::walk(toPlatformPath(settingsFolder + QStringLiteral("AutoSnapshot")), true, events);
+    return newest(snapshots);
+}
+
+namespace {
+
+// Answers every question at once: confirmations with yes/OK, the conflict warning with
+// "continue with smart rename", the simple/smart choice by --simple, and the read-only,
+// system and too-long questions with what their settings keys preselect, never ticking
+// "do not ask again" (the settings are not saved anyway).
+class CliDialogs : public ApplyDialogs {
+public:
+    explicit CliDialogs(bool simple) : m_simple(simple) {}
+    ApplyMode chooseMode(qsizetype) override { return m_simple ? ApplyMode::Simple : ApplyMode::Smart; }
+    ConflictAnswer conflictWarning(const PreviewResult&) override { return ConflictAnswer{true, false}; }
+    ChoiceAnswer attributeQuestion(bool, const QString&, int preselected) override
+    {
+        return ChoiceAnswer{preselected, false};
+    }
+    ChoiceAnswer tooLongQuestion(const QString&, const QString&, const QString&, int preselected) override
+    {
+        return ChoiceAnswer{preselected, false};
+    }
+
+private:
+    bool m_simple;
+};
+
+enum class Format { Tsv, Json };
+
+// Message-log lines go to standard error as they come, except while held: a run that then
+// stops on bad input prints only its one-line reason.
+class LogSink {
+public:
+    explicit LogSink(QTextStream& err) : m_err(err) {}
+    void line(const MessageLine& line)
+    {
+        if (m_holding)
+            m_held.append(line.text);
+        else
+            m_err << line.text << u'\n';
+    }
+    void hold() { m_holding = true; }
+    void release()
+    {
+        m_holding = false;
+        for (const QString& text : std::as_const(m_held))
+            m_err << text << u'\n';
+        m_held.clear();
+        m_err.flush();
+    }
+
+private:
+    QTextStream& m_err;
+    bool m_holding = false;
+    QStringList m_held;
+};
+
+QString absolutePath(const QString& given)
+{
+    const QString path = internalSeparators(given);
+    if (isAbsolutePath(path))
+        return path;
+    return internalSeparators(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
+}
+
+bool anyRowFailed(const RenameList& list)
+{
+    for (qsizetype r = 0; r < list.size(); ++r) {
+        if (list.at(r).state == StateFailed)
+            return true;
+    }
+    return false;
+}
+
+struct Options {
+    QString command;
+    QStringList paths;
+    QString listFile;
+    QString commandFile;
+    QString programme;
+    QString contrast;
+    QString snapshot;
+    bool recursive = false;
+    bool noFolderRows = false;
+    std::optional<QString> keep;
+    std::optional<QString> exclude;
+    bool simple = false;
+    bool applyImport = false;
+    Format format = Format::Tsv;
+};
+
+}  // namespace
+
 int CliApp::fail(const QString& message)
 {
     m_err << QStringLiteral("quillet: ") << message << Qt::endl;
@@ -27,7 +223,19 @@ int CliApp::fail(const QString& message)
 int CliApp::run(const QStringList& arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Quillet Pro 批量文件更名的命令行工具 (batch renamer, command line)"));
+    parser.setApplicationDescription(QStringLiteral(
+        "Quillet Pro 批量文件更名的命令行工具 (batch renamer, command line)\n"
+        "\n"
+        "命令 (commands):\n"
+        "  preview   载入对象，运行命令列表并预览，输出各行 (load, run the command list, preview, print the rows)\n"
+        "  apply     同 preview，然后应用更名 (as preview, then apply the renames)\n"
+        "  undo      撤销一次批量更名 (undo a rename batch)\n"
+        "  import    导入更名方案或快照文件 (import a rename programme or snapshot)\n"
+        "  export    导出更名方案 (export the rename programme)\n"
+        "\n"
+        "退出码 (exit codes): 0 完成 (done)；1 有对象更名失败或仍有冲突 (rows failed or in conflict)；"
+        "2 用法或输入错误 (bad usage or input)"));
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("显示帮助 (show this help)"));
     const QCommandLineOption version(QStringLiteral("version"), QStringLiteral("显示版本 (show the version)"));
@@ -36,28 +244,287 @@ int CliApp::run(const QStringList& arguments)
     const QCommandLineOption set(QStringLiteral("set"),
                                  QStringLiteral("仅本次运行覆盖一个设置项，不保存 (override one setting for this run)"),
                                  QStringLiteral("Section/Key=Value"));
-    parser.addOptions({help, version, settings, set});
-    parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("要执行的命令 (command to run)"));
+    const QCommandLineOption list(QStringLiteral("list"),
+                                  QStringLiteral("再载入列表文件中的每个完整路径 (also load every path of a list file)"),
+                                  QStringLiteral("FILE"));
+    const QCommandLineOption commands(QStringLiteral("commands"),
+                                      QStringLiteral("运行该批处理命令文件的命令列表 (run this command file's list)"),
+                                      QStringLiteral("FILE.frc"));
+    const QCommandLineOption recursive(QStringLiteral("recursive"),
+                                       QStringLiteral("遍历文件夹 (load everything below the folders)"));
+    const QCommandLineOption noFolderRows(QStringLiteral("no-folder-rows"),
+                                          QStringLiteral("不含文件夹名 (no rows for the folders themselves)"));
+    const QCommandLineOption keep(QStringLiteral("keep"), QStringLiteral("只保留符合的对象 (keep masks)"),
+                                  QStringLiteral("MASKS"));
+    const QCommandLineOption exclude(QStringLiteral("exclude"), QStringLiteral("剔除符合的对象 (exclude masks)"),
+                                     QStringLiteral("MASKS"));
+    const QCommandLineOption simple(QStringLiteral("simple"), QStringLiteral("使用简单更名 (simple rename)"));
+    const QCommandLineOption format(QStringLiteral("format"),
+                                    QStringLiteral("输出格式：tsv（默认）或 json (output format: tsv or json)"),
+                                    QStringLiteral("tsv|json"));
+    const QCommandLineOption snapshot(QStringLiteral("snapshot"),
+                                      QStringLiteral("从该快照文件撤销 (undo from this snapshot file)"),
+                                      QStringLiteral("FILE"));
+    const QCommandLineOption programme(QStringLiteral("programme"),
+                                       QStringLiteral("更名方案文件：导入时读取，导出时写入 (rename programme to import or export)"),
+                                       QStringLiteral("FILE"));
+    const QCommandLineOption apply(QStringLiteral("apply"),
+                                   QStringLiteral("导入后应用更名 (apply the imported names)"));
+    const QCommandLineOption contrast(QStringLiteral("contrast"),
+                                      QStringLiteral("导出对比列表 (export the contrast list)"), QStringLiteral("OUT"));
+    parser.addOptions({help, version, settings, set, list, commands, recursive, noFolderRows, keep, exclude, simple,
+                       format, snapshot, programme, apply, contrast});
+    parser.addPositionalArgument(QStringLiteral("COMMAND"),
+                                 QStringLiteral("preview | apply | undo | import | export"));
     parser.addPositionalArgument(QStringLiteral("PATH"), QStringLiteral("要载入的文件或文件夹 (files or folders)"),
                                  QStringLiteral("[PATH...]"));
     if (!parser.parse(arguments))
         return fail(parser.errorText());
     if (parser.isSet(help)) {
-        m_out << parser.helpText();
+        // The usage line as this tool is called, and the headings in Chinese as well.
+        QString text = parser.helpText();
+        text.replace(QRegularExpression(QStringLiteral("^Usage: [^\n]*")),
+                     QStringLiteral("用法 (usage): quillet [--settings FILE] [--set \"Section/Key=Value\"]... "
+                                    "COMMAND [options] [PATH...]"));
+        text.replace(QStringLiteral("\nOptions:\n"), QStringLiteral("\n选项 (options):\n"));
+        text.replace(QStringLiteral("\nArguments:\n"), QStringLiteral("\n参数 (arguments):\n"));
+        m_out << text;
         return ExitDone;
     }
     if (parser.isSet(version)) {
         m_out << QStringLiteral("quillet ") << QCoreApplication::applicationVersion() << Qt::endl;
         return ExitDone;
     }
+    QList<SettingOverride> overrides;
     for (const QString& text : parser.values(set)) {
-        if (!parseOverride(text))
+        const auto parsed = parseOverride(text);
+        if (!parsed)
             return fail(QStringLiteral("设置项格式错误，应为 Section/Key=Value：") + text);
+        overrides.append(*parsed);
     }
-    const QStringList positional = parser.positionalArguments();
+    QStringList positional = parser.positionalArguments();
     if (positional.isEmpty())
         return fail(QStringLiteral("缺少命令，请用 --help 查看用法 (missing command)"));
-    return fail(QStringLiteral("未知的命令：") + positional.first());
+
+    Options o;
+    o.command = positional.takeFirst();
+    // Which options and whether PATHs belong to which command.
+    struct Allowed {
+        const char* command;
+        bool paths;
+        QList<const QCommandLineOption*> options;
+    };
+    const QList<const QCommandLineOption*> loading{&list, &commands, &recursive, &noFolderRows, &keep, &exclude};
+    const Allowed table[] = {
+        {"preview", true, loading + QList<const QCommandLineOption*>{&simple, &format}},
+        {"apply", true, loading + QList<const QCommandLineOption*>{&simple, &format}},
+        {"undo", false, {&snapshot}},
+        {"import", false, {&programme, &apply, &simple, &format}},
+        {"export", true, loading + QList<const QCommandLineOption*>{&programme, &contrast}},
+    };
+    const Allowed* allowed = nullptr;
+    for (const Allowed& entry : table) {
+        if (o.command == QLatin1String(entry.command))
+            allowed = &entry;
+    }
+    if (!allowed)
+        return fail(QStringLiteral("未知的命令：") + o.command);
+    for (const QCommandLineOption* option :
+         {&list, &commands, &recursive, &noFolderRows, &keep, &exclude, &simple, &format, &snapshot, &programme, &apply,
+          &contrast}) {
+        if (parser.isSet(*option) && !allowed->options.contains(option))
+            return fail(QStringLiteral("命令 %1 不接受选项 --%2").arg(o.command, option->names().constLast()));
+    }
+    if (!allowed->paths && !positional.isEmpty())
+        return fail(QStringLiteral("命令 %1 不接受路径参数：%2").arg(o.command, positional.first()));
+
+    for (const QString& path : std::as_const(positional))
+        o.paths.append(absolutePath(path));
+    auto fileOption = [&](const QCommandLineOption& option) {
+        return parser.isSet(option) ? absolutePath(parser.value(option)) : QString();
+    };
+    o.listFile = fileOption(list);
+    o.commandFile = fileOption(commands);
+    o.programme = fileOption(programme);
+    o.contrast = fileOption(contrast);
+    o.snapshot = fileOption(snapshot);
+    o.recursive = parser.isSet(recursive);
+    o.noFolderRows = parser.isSet(noFolderRows);
+    if (parser.isSet(keep))
+        o.keep = parser.value(keep);
+    if (parser.isSet(exclude))
+        o.exclude = parser.value(exclude);
+    o.simple = parser.isSet(simple);
+    o.applyImport = parser.isSet(apply);
+    if (parser.isSet(format)) {
+        const QString value = parser.value(format);
+        if (value == QLatin1String("json"))
+            o.format = Format::Json;
+        else if (value != QLatin1String("tsv"))
+            return fail(QStringLiteral("未知的输出格式：%1（应为 tsv 或 json）").arg(value));
+    }
+    if (o.command == QLatin1String("import") && o.programme.isEmpty())
+        return fail(QStringLiteral("import 需要 --programme FILE (import needs --programme FILE)"));
+    if (o.command == QLatin1String("export")) {
+        if (!o.contrast.isEmpty())
+            return fail(QStringLiteral("对比列表导出尚未提供 (exporting the contrast list is not available yet)"));
+        if (o.programme.isEmpty())
+            return fail(QStringLiteral("export 需要 --programme OUT (export needs --programme OUT)"));
+    }
+
+    // The settings as the desktop program reads them, held in memory only. A file that
+    // does not exist is not created: the run starts from empty settings, and its snapshots
+    // still go beside where the file would be.
+    SettingsStore store;
+    const QString settingsFile = chooseSettingsFile(parser.value(settings));
+    const SettingsStore::LoadReport report = store.load(settingsFile);
+    if (report.unreadable)
+        return fail(QStringLiteral("无法读取设置文件：%1（%2）").arg(nativeSeparators(settingsFile), report.message));
+    for (const SettingOverride& override : std::as_const(overrides))
+        store.writeRaw(override.section, override.key, override.value);
+    if (o.recursive)
+        store.writeBool(keys::kOperation, keys::kFlagFindDeepin, true);
+    if (o.noFolderRows)
+        store.writeBool(keys::kOperation, keys::kFlagAddFolder, false);
+    // The simple/smart question is asked only for long lists; --simple asks for it always.
+    if (o.simple)
+        store.writeInt(keys::kOperation, QStringLiteral("RenameSelectCount"), 0);
+
+    ScriptedInteraction interaction(ScriptedInteraction::Policy::Affirmative);
+    Session session(std::move(store), interaction, makeRunStamp(QDateTime::currentDateTime()));
+    session.setSettingsReadOnly(true);
+    if (m_registrar)
+        m_registrar(session.pipeline().registry());
+    LogSink log(m_err);
+    session.messages().setListener([&log](const MessageLine& line) { log.line(line); });
+    if (o.keep)
+        session.keepText = *o.keep;
+    if (o.exclude)
+        session.excludeText = *o.exclude;
+
+    DiskOperations disk;
+    auto printRows = [&] {
+        if (o.format == Format::Json) {
+            m_out.flush();
+            m_out << QString::fromUtf8(rowsAsJson(session.renameList()));
+        } else {
+            m_out << rowsAsTsv(session.renameList());
+        }
+        m_out.flush();
+    };
+    auto applyRows = [&]() -> int {
+        CliDialogs dialogs(o.simple);
+        RenameRunner runner(session, disk, {}, &dialogs);
+        const ApplyResult result = runner.apply();
+        m_err.flush();
+        printRows();
+        switch (result.end) {
+        case ApplyResult::End::Done:
+        case ApplyResult::End::EmptyList:
+            return anyRowFailed(session.renameList()) ? ExitRowsFailed : ExitDone;
+        case ApplyResult::End::FirstPassFailed:
+            m_err << QStringLiteral("quillet: 智能更名失败，所有对象已恢复原名。") << Qt::endl;
+            return ExitRowsFailed;
+        case ApplyResult::End::SnapshotFailed:
+            m_err << QStringLiteral("quillet: 无法写入快照文件，未进行更名。") << Qt::endl;
+            return ExitRowsFailed;
+        default:
+            return ExitRowsFailed;
+        }
+    };
+
+    if (o.command == QLatin1String("undo")) {
+        QString file = o.snapshot;
+        if (file.isEmpty()) {
+            file = snapshotToUndo(settingsFolderOf(session), disk);
+            if (file.isEmpty())
+                return fail(QStringLiteral("没有可撤销的批量更名记录 (nothing to undo)"));
+        } else if (!disk.readFile(file)) {
+            return fail(QStringLiteral("无法读取快照文件：") + nativeSeparators(file));
+        }
+        log.hold();
+        const UndoResult result = Undo(session, disk).undoFile(file);
+        if (result.end == UndoResult::End::SnapshotUnusable)
+            return fail(QStringLiteral("撤销上一次的批量更名出现错误！无法使用快照文件：") + nativeSeparators(file));
+        log.release();
+        if (result.end == UndoResult::End::FirstPassFailed) {
+            m_err << QStringLiteral("quillet: 智能撤销更名失败！") << Qt::endl;
+            return ExitRowsFailed;
+        }
+        return result.failed > 0 || result.kept ? ExitRowsFailed : ExitDone;
+    }
+
+    if (o.command == QLatin1String("import")) {
+        log.hold();
+        const ProgrammeImport imported = ProgrammeFile(session).importFrom(o.programme);
+        switch (imported.outcome) {
+        case ProgrammeImport::Outcome::Imported:
+            break;
+        case ProgrammeImport::Outcome::NothingFound:
+            log.release();
+            m_err << QStringLiteral("quillet: 更名方案中所列的对象都不存在：") << nativeSeparators(o.programme)
+                  << Qt::endl;
+            return ExitRowsFailed;
+        default:
+            return fail(interaction.notices.isEmpty()
+                            ? QStringLiteral("导入失败：") + nativeSeparators(o.programme)
+                            : interaction.notices.constLast().text);
+        }
+        log.release();
+        // The imported names are the new names: nothing may compute them again.
+        session.setNewNamesCurrent(true);
+        if (o.applyImport)
+            return applyRows();
+        printRows();
+        return ExitDone;
+    }
+
+    // preview, apply, export: the command list first (a file that cannot be used stops the
+    // run before anything is loaded), then the paths and the list file.
+    log.hold();
+    if (!o.commandFile.isEmpty()) {
+        const CommandFileResult loaded = loadCommandFile(session, o.commandFile);
+        if (loaded.outcome != CommandFileResult::Outcome::Done) {
+            return fail(loaded.message.isEmpty() ? QStringLiteral("无法载入批处理命令文件：") + nativeSeparators(o.commandFile)
+                                                 : loaded.message);
+        }
+    }
+    if (!o.listFile.isEmpty()) {
+        const ListFileContent content = readListFile(o.listFile);
+        if (content.unreadable) {
+            return fail(QStringLiteral("无法读取列表文件：%1（%2）").arg(nativeSeparators(o.listFile), content.message));
+        }
+    }
+    log.release();
+
+    // Loading re-runs the commands after each step; here they run once, over all rows,
+    // when everything is loaded.
+    session.setCommandRunner({});
+    Loader loader(session);
+    if (!o.paths.isEmpty())
+        loader.addPaths(o.paths);
+    if (!o.listFile.isEmpty())
+        loader.addListFile(o.listFile);
+    session.setCommandRunner([&session] { session.pipeline().runAll(false); });
+    if (!session.renameList().isEmpty()) {
+        session.pipeline().runAll(true);
+        session.setNewNamesCurrent(true);
+    }
+
+    if (o.command == QLatin1String("apply"))
+        return applyRows();
+    Preview(session).run(o.simple);
+    if (o.command == QLatin1String("export")) {
+        if (session.renameList().isEmpty())
+            return fail(QStringLiteral("更名文件列表为空，没有可导出的内容 (nothing to export)"));
+        log.hold();
+        if (!ProgrammeFile(session).exportTo(o.programme))
+            return fail(QStringLiteral("无法写入文件：") + nativeSeparators(o.programme));
+        log.release();
+        return ExitDone;
+    }
+    printRows();
+    return ExitDone;
 }
 
 }  // namespace qp::cli

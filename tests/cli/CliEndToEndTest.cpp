@@ -1,0 +1,273 @@
+// The real `quillet` binary on temporary trees: what it prints, what it does on disk, what
+// it leaves in the settings folder, and its exit codes.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <map>
+
+#include "../support/TempTree.h"
+#include "core/PathText.h"
+
+namespace qp::cli {
+namespace {
+
+struct Outcome {
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+class CliBinary : public ::testing::Test {
+protected:
+    QString settingsFile() const { return tree.path("conf/QuilletPro.ini"); }
+
+    Outcome run(QStringList arguments) const
+    {
+        arguments.prepend(settingsFile());
+        arguments.prepend(QStringLiteral("--settings"));
+        QProcess process;
+        process.setWorkingDirectory(tree.path());
+        process.start(QStringLiteral(QUILLET_BINARY), arguments);
+        process.waitForFinished(-1);
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        return Outcome{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                       QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    // Every file below `folder` by its path relative to the tree, with its content.
+    std::map<QString, QByteArray> files(const QString& folder) const
+    {
+        std::map<QString, QByteArray> found;
+        QDirIterator it(tree.path(folder.toStdString()), QDir::Files, QDirIterator::Subdirectories);
+        while (it.hasNext()) {
+            const QString path = it.next();
+            QFile file(path);
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            found[path.mid(tree.path().size())] = file.readAll();
+        }
+        return found;
+    }
+
+    QString programme(const std::string& name, const QList<std::pair<std::string, std::string>>& lines) const
+    {
+        std::string text = "\xEF\xBB\xBF[Rename Programme]\r\n";
+        for (const auto& [from, to] : lines)
+            text += tree.path(from).toStdString() + "=" + to + "\r\n";
+        return tree.file(name, text);
+    }
+
+    QString tsvLine(int state, const std::string& path, const char* newName) const
+    {
+        return QString::number(state) + u'\t' + nativeSeparators(tree.path(path)) + u'\t' + QString::fromUtf8(newName);
+    }
+
+    QStringList snapshots() const
+    {
+        QStringList found;
+        QDirIterator it(tree.path("conf/AutoSnapshot"), {QStringLiteral("*.txt")}, QDir::Files,
+                        QDirIterator::Subdirectories);
+        while (it.hasNext())
+            found.append(it.next());
+        return found;
+    }
+
+    test::TempTree tree;
+};
+
+TEST_F(CliBinary, PreviewPrintsOneRowPerObjectInTsvAndJson)
+{
+    tree.file("d/a.txt", "a");
+    tree.file("d/b.log", "b");
+    tree.file("d/sub/c.txt", "c");
+
+    struct Case {
+        const char* name;
+        QStringList options;
+        QStringList rows;
+    };
+    const Case cases[] = {
+        // A chosen folder is a row of its own; only traversing it lists what it holds.
+        {"chosen folder", {}, {tsvLine(1, "d", "d")}},
+        {"recursive",
+         {"--recursive"},
+         {tsvLine(1, "d", "d"), tsvLine(1, "d/a.txt", "a.txt"), tsvLine(1, "d/b.log", "b.log"),
+          tsvLine(1, "d/sub", "sub"), tsvLine(1, "d/sub/c.txt", "c.txt")}},
+        {"no folder rows", {"--recursive", "--no-folder-rows"},
+         {tsvLine(1, "d/a.txt", "a.txt"), tsvLine(1, "d/b.log", "b.log"), tsvLine(1, "d/sub/c.txt", "c.txt")}},
+        {"keep", {"--recursive", "--keep", "*.txt"}, {tsvLine(1, "d/a.txt", "a.txt"), tsvLine(1, "d/sub/c.txt", "c.txt")}},
+        {"exclude", {"--recursive", "--exclude", "*.txt"},
+         {tsvLine(1, "d", "d"), tsvLine(1, "d/b.log", "b.log"), tsvLine(1, "d/sub", "sub")}},
+        {"traversal set for this run only",
+         {"--set", "Operation Config/FlagFindDeepin=1", "--no-folder-rows"},
+         {tsvLine(1, "d/a.txt", "a.txt"), tsvLine(1, "d/b.log", "b.log"), tsvLine(1, "d/sub/c.txt", "c.txt")}},
+    };
+    for (const Case& c : cases) {
+        const Outcome result = run(QStringList{"preview"} + c.options + QStringList{"d"});
+        EXPECT_EQ(result.code, 0) << c.name << result.err.toStdString();
+        QStringList lines = result.out.split(u'\n', Qt::SkipEmptyParts);
+        lines.sort();
+        QStringList expected = c.rows;
+        expected.sort();
+        EXPECT_EQ(lines.join(u'\n').toStdString(), expected.join(u'\n').toStdString()) << c.name;
+    }
+
+    const Outcome json = run({"preview", "--format", "json", "--no-folder-rows", tree.path("d/a.txt")});
+    ASSERT_EQ(json.code, 0) << json.err.toStdString();
+    const QJsonArray rows = QJsonDocument::fromJson(json.out.toUtf8()).array();
+    ASSERT_EQ(rows.size(), 1) << json.out.toStdString();
+    const QJsonObject row = rows.first().toObject();
+    EXPECT_EQ(row.value("state").toInt(-1), 1);
+    EXPECT_EQ(row.value("path").toString(), nativeSeparators(tree.path("d/a.txt")));
+    EXPECT_EQ(row.value("name").toString(), "a");
+    EXPECT_EQ(row.value("ext").toString(), ".txt");
+    EXPECT_EQ(row.value("newName").toString(), "a");
+    EXPECT_EQ(row.value("newExt").toString(), ".txt");
+}
+
+// Renames that block each other, applied from an imported programme and undone again,
+// once from the newest snapshot and once from the snapshot named on the command line.
+TEST_F(CliBinary, ImportApplyThenUndoRestoresEveryName)
+{
+    struct Case {
+        const char* name;
+        std::map<std::string, std::string> before;  // relative path -> content
+        QList<std::pair<std::string, std::string>> lines;
+        std::map<std::string, std::string> after;
+    };
+    const Case cases[] = {
+        {"swap", {{"t/a.txt", "A"}, {"t/b.txt", "B"}}, {{"t/a.txt", "b.txt"}, {"t/b.txt", "a.txt"}},
+         {{"t/a.txt", "B"}, {"t/b.txt", "A"}}},
+        {"chain", {{"t/1.txt", "one"}, {"t/2.txt", "two"}, {"t/3.txt", "three"}},
+         {{"t/1.txt", "2.txt"}, {"t/2.txt", "3.txt"}, {"t/3.txt", "4.txt"}},
+         {{"t/2.txt", "one"}, {"t/3.txt", "two"}, {"t/4.txt", "three"}}},
+        {"folder with files inside", {{"t/f/x.txt", "X"}, {"t/f/y.txt", "Y"}},
+         {{"t/f", "g"}, {"t/f/x.txt", "x2.txt"}, {"t/f/y.txt", "a=b.txt"}},
+         {{"t/g/x2.txt", "X"}, {"t/g/a=b.txt", "Y"}}},
+    };
+    for (const bool bySnapshotFile : {false, true}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(std::string(c.name) + (bySnapshotFile ? " (--snapshot)" : " (newest)"));
+            std::filesystem::remove_all(tree.root() / "t");
+            std::filesystem::remove_all(tree.root() / "conf");
+            std::map<QString, QByteArray> before, after;
+            for (const auto& [path, content] : c.before) {
+                tree.file(path, content);
+                before['/' + QString::fromStdString(path)] = QByteArray::fromStdString(content);
+            }
+            for (const auto& [path, content] : c.after)
+                after['/' + QString::fromStdString(path)] = QByteArray::fromStdString(content);
+            QList<std::pair<std::string, std::string>> lines = c.lines;
+            for (auto& line : lines)
+                line.second = QString::fromStdString(line.second).replace("=", "<61>").toStdString();
+            const QString file = programme("p.txt", lines);
+
+            const Outcome applied = run({"import", "--programme", file, "--apply"});
+            EXPECT_EQ(applied.code, 0) << applied.err.toStdString();
+            EXPECT_EQ(files("t"), after);
+            for (const QString& line : applied.out.split(u'\n', Qt::SkipEmptyParts))
+                EXPECT_TRUE(line.startsWith("0\t")) << line.toStdString();
+            EXPECT_TRUE(applied.err.contains(QStringLiteral("对象批量更名完成！"))) << applied.err.toStdString();
+            // The settings file is not created, yet the snapshot goes beside where it would be.
+            EXPECT_FALSE(QFile::exists(settingsFile()));
+            const QStringList written = snapshots();
+            ASSERT_EQ(written.size(), 1);
+
+            const Outcome undone = bySnapshotFile ? run({"undo", "--snapshot", written.first()}) : run({"undo"});
+            EXPECT_EQ(undone.code, 0) << undone.err.toStdString();
+            EXPECT_TRUE(undone.err.contains(QStringLiteral("撤销上一次的批量更名完成"))) << undone.err.toStdString();
+            EXPECT_EQ(files("t"), before);
+            EXPECT_TRUE(snapshots().isEmpty()) << "an undone snapshot is used up";
+        }
+    }
+}
+
+TEST_F(CliBinary, ExportedProgrammeImportsAsTheSameRows)
+{
+    tree.file("d/plain.txt");
+    tree.file("d/a=b.txt");
+    tree.file("d/sub/deep.dat");
+    const QString out = tree.path("out/programme.txt");
+    const Outcome preview = run({"preview", "--recursive", "d"});
+    ASSERT_EQ(preview.code, 0) << preview.err.toStdString();
+
+    const Outcome exported = run({"export", "--recursive", "--programme", "out/programme.txt", "d"});
+    ASSERT_EQ(exported.code, 0) << exported.err.toStdString();
+    ASSERT_TRUE(QFile::exists(out));
+    const Outcome imported = run({"import", "--programme", out});
+    EXPECT_EQ(imported.code, 0) << imported.err.toStdString();
+    EXPECT_EQ(imported.out, preview.out);
+    EXPECT_EQ(preview.out.count(u'\n'), 5);  // d, sub and the three files
+}
+
+TEST_F(CliBinary, SettingsFileIsNeverWritten)
+{
+    const QByteArray settings = "\xEF\xBB\xBF[Operation Config]\r\nFlagFindDeepin=0\r\nApplyConfirm=1\r\n";
+    tree.file("conf/QuilletPro.ini", settings.toStdString());
+    tree.file("t/a.txt", "A");
+    tree.file("t/b.txt", "B");
+    const QString file = programme("p.txt", {{"t/a.txt", "b.txt"}, {"t/b.txt", "a.txt"}});
+    EXPECT_EQ(run({"--set", "Operation Config/FileNameAttribRNotAsk=1", "import", "--programme", file, "--apply"}).code, 0);
+    EXPECT_EQ(run({"--set", "Operation Config/FlagFindDeepin=1", "preview", "t"}).code, 0);
+    EXPECT_EQ(run({"undo"}).code, 0);
+    QFile stored(settingsFile());
+    ASSERT_TRUE(stored.open(QIODevice::ReadOnly));
+    EXPECT_EQ(stored.readAll(), settings);
+}
+
+TEST_F(CliBinary, ExitCodes)
+{
+    tree.file("d/a.txt", "A");
+    tree.file("d/b.txt", "B");
+    tree.file("bad.txt", "no programme here\n");
+    const QString swap = programme("swap.txt", {{"d/a.txt", "b.txt"}, {"d/b.txt", "a.txt"}});
+
+    struct Case {
+        QStringList arguments;
+        int code;
+    };
+    const Case cases[] = {
+        {{"--help"}, 0},
+        {{"--version"}, 0},
+        {{"preview", "d"}, 0},
+        {{"import", "--programme", swap}, 0},
+        {{}, 2},
+        {{"frobnicate"}, 2},
+        {{"--set", "no-section", "preview", "d"}, 2},
+        {{"preview", "--format", "xml", "d"}, 2},
+        {{"preview", "--commands", "missing.frc", "d"}, 2},
+        {{"preview", "--commands", "bad.txt", "d"}, 2},
+        {{"preview", "--list", "missing.lst"}, 2},
+        {{"preview", "--programme", swap, "d"}, 2},
+        {{"import"}, 2},
+        {{"import", "--programme", "missing.txt"}, 2},
+        {{"import", "--programme", "bad.txt", "--apply"}, 2},
+        {{"export", "--contrast", "c.txt", "d"}, 2},
+        {{"undo", "--snapshot", "missing.txt"}, 2},
+        {{"undo"}, 2},
+        // Simple rename does not order a swap: the first rename finds its target taken.
+        {{"import", "--programme", swap, "--apply", "--simple"}, 1},
+    };
+    for (const Case& c : cases) {
+        const Outcome result = run(c.arguments);
+        EXPECT_EQ(result.code, c.code) << c.arguments.join(' ').toStdString() << "\n" << result.err.toStdString();
+        if (c.code == 2) {
+            EXPECT_EQ(result.err.count(u'\n'), 1) << c.arguments.join(' ').toStdString() << result.err.toStdString();
+            EXPECT_TRUE(result.out.isEmpty());
+        }
+    }
+    EXPECT_EQ(files("d"), (std::map<QString, QByteArray>{{"/d/a.txt", "A"}, {"/d/b.txt", "B"}}))
+        << "a simple swap fails without touching either file";
+
+    const Outcome help = run({"--help"});
+    for (const char* word : {"--recursive", "遍历文件夹", "--no-folder-rows", "含文件夹名", "--simple", "简单更名"})
+        EXPECT_TRUE(help.out.contains(QString::fromUtf8(word))) << word;
+}
+
+}  // namespace
+}  // namespace qp::cli
