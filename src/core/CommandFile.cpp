@@ -107,18 +107,7 @@ QString shownFolder(const QString& folder)
 template <typename LineFn>
 void forEachLine(QStringView text, LineFn line)
 {
-    const qsizetype size = text.size();
-    qsizetype pos = 0;
-    while (pos < size) {
-        qsizetype end = pos;
-        while (end < size && text[end] != u'\n' && text[end] != u'\r')
-            ++end;
-        const QStringView current = text.sliced(pos, end - pos);
-        pos = (end + 1 < size && text[end] == u'\r' && text[end + 1] == u'\n') ? end + 2 : end + 1;
-        const QStringView trimmed = text::trimBlanks(current);
-        const bool header = trimmed.size() >= 2 && trimmed.front() == u'[' && trimmed.back() == u']';
-        line(current, header ? text::trimBlanks(trimmed.sliced(1, trimmed.size() - 2)) : QStringView());
-    }
+    text::forEachLine(text, [&](QStringView current) { line(current, text::sectionHeader(current)); });
 }
 
 // The part of a command file that can matter, as text for the settings parser: every

@@ -106,37 +106,27 @@ std::vector<ProgrammeLine> readProgrammeLines(QStringView text)
     if (!text.isEmpty() && text.front() == u'\uFEFF')
         text = text.sliced(1);
     bool inSection = false;
-    const qsizetype size = text.size();
-    qsizetype pos = 0;
-    while (pos < size) {
-        qsizetype end = pos;
-        while (end < size && text[end] != u'\n' && text[end] != u'\r')
-            ++end;
-        const QStringView line = text.sliced(pos, end - pos);
-        pos = (end + 1 < size && text[end] == u'\r' && text[end + 1] == u'\n') ? end + 2 : end + 1;
-
+    text::forEachLine(text, [&](QStringView line) {
         const QStringView trimmed = text::trimBlanks(line);
         if (trimmed.isEmpty() || trimmed.front() == u';' || trimmed.front() == u'#')
-            continue;
-        if (trimmed.front() == u'[' && trimmed.back() == u']') {
-            const QStringView name = text::trimBlanks(trimmed.sliced(1, trimmed.size() - 2));
+            return;
+        if (const QStringView name = text::sectionHeader(line); !name.isNull()) {
             inSection = name.compare(kSectionName, Qt::CaseInsensitive) == 0;
-            continue;
+            return;
         }
         if (!inSection)
-            continue;
+            return;
         // The first "=" ends the path: an "=" inside a name is written "<61>". Leading
         // blanks cannot begin a full path; anything else is kept as written.
         const qsizetype eq = line.indexOf(u'=');
         if (eq < 0)
-            continue;
+            return;
         QStringView key = line.first(eq);
         while (!key.isEmpty() && (key.front() == u' ' || key.front() == u'\t'))
             key = key.sliced(1);
-        if (key.isEmpty())
-            continue;
-        lines.push_back(ProgrammeLine{key.toString(), line.sliced(eq + 1).toString()});
-    }
+        if (!key.isEmpty())
+            lines.push_back(ProgrammeLine{key.toString(), line.sliced(eq + 1).toString()});
+    });
     return lines;
 }
 

@@ -60,29 +60,17 @@ SettingsStore::LoadReport SettingsStore::parse(QStringView text)
 
     // An index, not a pointer: adding a section may move the others.
     std::ptrdiff_t current = -1;
-    const qsizetype size = text.size();
-    qsizetype pos = 0;
-    while (pos < size) {
-        // Find the end of this line: CRLF, LF or a lone CR. A CR is always a line end,
-        // so values never end with one.
-        qsizetype end = pos;
-        while (end < size && text[end] != u'\n' && text[end] != u'\r')
-            ++end;
-        const QStringView line = text.sliced(pos, end - pos);
-        if (end < size && text[end] == u'\r' && end + 1 < size && text[end + 1] == u'\n')
-            pos = end + 2;
-        else
-            pos = end + 1;
-
+    // A CR always ends a line, so values never end with one.
+    text::forEachLine(text, [&](QStringView line) {
         const QStringView trimmed = text::trimBlanks(line);
         if (trimmed.isEmpty() || trimmed.front() == u';' || trimmed.front() == u'#')
-            continue;
+            return;
 
-        if (trimmed.front() == u'[' && trimmed.back() == u']') {
-            const QString name = text::trimBlanks(trimmed.sliced(1, trimmed.size() - 2)).toString();
+        if (const QStringView header = text::sectionHeader(line); !header.isNull()) {
+            const QString name = header.toString();
             sectionForWrite(name);
             current = *m_sectionIndex.constFind(fold(name));
-            continue;
+            return;
         }
 
         // Split at the first "=": keys never contain one, values may. The value is kept
@@ -94,7 +82,7 @@ SettingsStore::LoadReport SettingsStore::parse(QStringView text)
         // empty key. They are dropped and counted.
         if (current < 0 || eq < 0 || key.isEmpty()) {
             ++report.ignoredLines;
-            continue;
+            return;
         }
         const QStringView value = line.sliced(eq + 1);
 
@@ -108,7 +96,7 @@ SettingsStore::LoadReport SettingsStore::parse(QStringView text)
             target.index.insert(folded, int(target.entries.size()));
             target.entries.push_back(Entry{keyText, value.toString()});
         }
-    }
+    });
     return report;
 }
 

@@ -12,6 +12,15 @@ QStringView trimBlanks(QStringView s)
     return s;
 }
 
+QStringView sectionHeader(QStringView line)
+{
+    const QStringView trimmed = trimBlanks(line);
+    if (trimmed.size() < 2 || trimmed.front() != u'[' || trimmed.back() != u']')
+        return QStringView();
+    const QStringView name = trimBlanks(trimmed.sliced(1, trimmed.size() - 2));
+    return name.isNull() ? QStringView(u"") : name;
+}
+
 QString ruleLine() { return QLatin1Char(';') + QString(59, QLatin1Char('=')); }
 
 QString productLine() { return QStringLiteral(";Quillet Pro 批量文件更名工具"); }

@@ -21,6 +21,27 @@ QString productLine();
 // ";", the five lines that explain the format, and the rule again.
 QStringList programmeHeader(const QString& title, const QString& maker);
 
+// Calls `each(line)` for every line of `text`; a line ends with CR LF, LF or a lone CR, so a
+// CR is never part of a line.
+template <typename Each>
+void forEachLine(QStringView text, Each each)
+{
+    const qsizetype size = text.size();
+    qsizetype pos = 0;
+    while (pos < size) {
+        qsizetype end = pos;
+        while (end < size && text[end] != u'\n' && text[end] != u'\r')
+            ++end;
+        const QStringView line = text.sliced(pos, end - pos);
+        pos = (end + 1 < size && text[end] == u'\r' && text[end + 1] == u'\n') ? end + 2 : end + 1;
+        each(line);
+    }
+}
+
+// The section name of a line "[name]" (blanks around both trimmed); a null view when the
+// line is no section header.
+QStringView sectionHeader(QStringView line);
+
 // BOM + every line followed by CR LF, in UTF-8.
 QByteArray withBomAndCrlf(const QStringList& lines);
 
