@@ -120,6 +120,14 @@ struct ReadResult {
 // Reads a whole file; files larger than maxBytes are not read (TooLarge).
 ReadResult readFile(PathView path, std::uint64_t maxBytes);
 
+// Reads a file from start to end in pieces of at most `chunkBytes` and hands each piece to
+// `each` (which may return false to stop early), without holding the whole file in memory:
+// the way to hash files of any size. The OS is told the file is read sequentially. False
+// when the file cannot be opened (missing, no permission) or a read fails;
+// stopping early through `each` is not a failure. Only regular files are read: a folder,
+// device or named pipe gives false at once (never waits for a writer).
+bool readChunks(PathView path, std::size_t chunkBytes, const std::function<bool(std::string_view)>& each);
+
 // Writes `bytes` to a temporary file beside `path`, flushes it to disk and moves it over
 // `path`, so that readers see either the old or the new file whole. This is for the
 // program's own state files (settings, snapshots, command files), never for a rename.

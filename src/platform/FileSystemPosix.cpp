@@ -728,6 +728,53 @@ ReadResult readFile(PathView path, std::uint64_t maxBytes)
     return result;
 }
 
+bool readChunks(PathView path, std::size_t chunkBytes, const std::function<bool(std::string_view)>& each)
+{
+    const auto converted = toUtf8Path(path);
+    if (!converted)
+        return false;
+    // Non-blocking, so that opening a named pipe cannot wait for a writer; anything but a
+    // regular file is refused before a byte is read.
+    const int fd = ::open(converted->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0)
+        return false;
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return false;
+    }
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+#ifdef POSIX_FADV_SEQUENTIAL
+    ::posix_fadvise(fd, 0, 0, POSIX_FADV_SEQUENTIAL);
+#endif
+    const std::size_t size = std::max<std::size_t>(chunkBytes, 1);
+    std::unique_ptr<char[]> buffer(new char[size]);
+    bool ok = true;
+    for (;;) {
+        // Fill the whole piece when the file has that much, so that callers see pieces of
+        // exactly chunkBytes except the last one.
+        std::size_t used = 0;
+        while (used < size) {
+            const ssize_t got = ::read(fd, buffer.get() + used, size - used);
+            if (got == 0)
+                break;
+            if (got < 0) {
+                if (errno == EINTR)
+                    continue;
+                ok = false;
+                break;
+            }
+            used += static_cast<std::size_t>(got);
+        }
+        if (!ok || used == 0)
+            break;
+        if (!each(std::string_view(buffer.get(), used)) || used < size)
+            break;
+    }
+    ::close(fd);
+    return ok;
+}
+
 bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error)
 {
     auto fail = [&](const std::string& what, int err) {

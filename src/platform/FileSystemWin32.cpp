@@ -523,6 +523,41 @@ ReadResult readFile(PathView path, std::uint64_t maxBytes)
     return result;
 }
 
+bool readChunks(PathView path, std::size_t chunkBytes, const std::function<bool(std::string_view)>& each)
+{
+    HANDLE h = CreateFileW(wide(toWin32(path)), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                           nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    if (h == INVALID_HANDLE_VALUE)
+        return false;
+    if (GetFileType(h) != FILE_TYPE_DISK) {  // a pipe or device: nothing to read as a file
+        CloseHandle(h);
+        return false;
+    }
+    const DWORD size = static_cast<DWORD>(std::clamp<std::size_t>(chunkBytes, 1, 1u << 30));
+    std::vector<char> buffer(size);
+    bool ok = true;
+    for (;;) {
+        // Fill the whole piece when the file has that much (see the POSIX side).
+        DWORD used = 0;
+        while (used < size) {
+            DWORD got = 0;
+            if (!ReadFile(h, buffer.data() + used, size - used, &got, nullptr)) {
+                ok = false;
+                break;
+            }
+            if (got == 0)
+                break;
+            used += got;
+        }
+        if (!ok || used == 0)
+            break;
+        if (!each(std::string_view(buffer.data(), used)) || used < size)
+            break;
+    }
+    CloseHandle(h);
+    return ok;
+}
+
 bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error)
 {
     auto fail = [&](PathView what, DWORD code) {

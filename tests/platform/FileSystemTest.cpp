@@ -469,6 +469,53 @@ TEST_F(TempTree, ReadFileReportsMissingTooLargeAndBinaryContent)
     EXPECT_EQ(readFile(at("dir"), 100).status, ReadStatus::Unreadable);
 }
 
+TEST_F(TempTree, ReadChunksHandsOverTheWholeFileInFullPieces)
+{
+    std::string content(10000, '\0');
+    for (std::size_t i = 0; i < content.size(); ++i)
+        content[i] = static_cast<char>(i * 7 + i / 256);
+    writeText(root_ / "data", content);
+
+    struct Case {
+        std::size_t chunk;
+        std::vector<std::size_t> sizes;
+    };
+    for (const Case& c : {Case{4096, {4096, 4096, 1808}}, Case{10000, {10000}}, Case{20000, {10000}},
+                          Case{2500, {2500, 2500, 2500, 2500}}}) {
+        std::string seen;
+        std::vector<std::size_t> sizes;
+        EXPECT_TRUE(readChunks(at("data"), c.chunk, [&](std::string_view piece) {
+            seen.append(piece);
+            sizes.push_back(piece.size());
+            return true;
+        }));
+        EXPECT_EQ(seen, content) << c.chunk;
+        EXPECT_EQ(sizes, c.sizes) << c.chunk;
+    }
+
+    int calls = 0;
+    EXPECT_TRUE(readChunks(at("data"), 1000, [&](std::string_view) { return ++calls < 3; }));
+    EXPECT_EQ(calls, 3);
+
+    writeText(root_ / "empty", "");
+    calls = 0;
+    EXPECT_TRUE(readChunks(at("empty"), 64, [&](std::string_view) { return ++calls > 0; }));
+    EXPECT_EQ(calls, 0);
+
+    fs::create_directory(root_ / "dir");
+    const auto never = [](std::string_view) {
+        ADD_FAILURE() << "no piece expected";
+        return true;
+    };
+    EXPECT_FALSE(readChunks(at("dir"), 64, never));
+    EXPECT_FALSE(readChunks(at("nope"), 64, never));
+#ifndef _WIN32
+    // A named pipe without a writer: refused at once instead of waiting for one.
+    ASSERT_EQ(::mkfifo((root_ / "pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(readChunks(at("pipe"), 64, never));
+#endif
+}
+
 // ---- walk ----------------------------------------------------------------------------
 
 TEST_F(TempTree, WalkListsDepthFirstWithFoldersBeforeTheirContents)
