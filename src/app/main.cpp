@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "commands/ExtensionCommands.h"
 #include "core/PathText.h"
 #include "core/Startup.h"
 #include "execution/FileOperations.h"
@@ -45,6 +46,7 @@ int main(int argc, char* argv[])
     const QString file = qp::chooseSettingsFile(parser.value(QStringLiteral("settings")));
     qp::OpenedSettings opened = qp::openSettings(file, QApplication::applicationFilePath());
     qp::ui::MainWindow window(std::move(opened.store), runStamp);
+    qp::registerExtensionCommands(window.session().pipeline().registry());
     if (!opened.error.isEmpty())
         window.session().messages().add(opened.error, qp::MessageColour::Red);
     if (opened.report.invalidUtf8) {

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "commands/ExtensionCommands.h"
 #include "core/CommandFile.h"
 #include "core/Interaction.h"
 #include "core/Loader.h"
@@ -393,8 +394,11 @@ int CliApp::run(const QStringList& arguments)
     ScriptedInteraction interaction(ScriptedInteraction::Policy::Affirmative);
     Session session(std::move(store), interaction, makeRunStamp(QDateTime::currentDateTime()));
     session.setSettingsReadOnly(true);
+    // Tests hand in the families they want; a run without a registrar gets the built-in ones.
     if (m_registrar)
         m_registrar(session.pipeline().registry());
+    else
+        registerExtensionCommands(session.pipeline().registry());
     LogSink log(m_err);
     session.messages().setListener([&log](const MessageLine& line) { log.line(line); });
     if (o.keep)

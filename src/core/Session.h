@@ -3,6 +3,8 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+#include <array>
 #include <functional>
 
 #include "core/CommandList.h"
@@ -81,6 +83,12 @@ public:
     bool newNamesCurrent() const { return m_newNamesCurrent; }
     void setNewNamesCurrent(bool current) { m_newNamesCurrent = current; }
 
+    // The ten user lists behind "<USER0>" … "<USER9>": line i belongs to row i. They live
+    // as long as the session and are never written to the settings file.
+    static constexpr int kUserListCount = 10;
+    QStringList& userList(int n) { return m_userLists[size_t(n)]; }
+    const QStringList& userList(int n) const { return m_userLists[size_t(n)]; }
+
     // Settings changes are written whole to the settings file; false (with a message in
     // the log) when the file could not be written. A session without a file keeps them
     // in memory, as the command line does.
@@ -103,6 +111,7 @@ private:
     bool m_onFileRenamePage = true;
     bool m_resettingPages = false;
     bool m_newNamesCurrent = false;
+    std::array<QStringList, kUserListCount> m_userLists;
     Pipeline m_pipeline{*this};
 };
 
