@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "core/CommandRegistry.h"
+#include "core/FolderListing.h"
 #include "core/FileEntry.h"
 #include "core/MessageLog.h"
 #include "core/PathText.h"
@@ -59,15 +60,10 @@ qsizetype clampPosition(qint64 position, qsizetype length)
 
 // The disk's answer to "is this row a folder?", from the row's path as loaded. An object
 // whose attributes cannot be read (it has gone, or access is denied) counts as a folder.
-bool countsAsFolder(const FileEntry& row)
+// Each compiled command keeps its own listing, so the answers hold for one run.
+bool countsAsFolder(FolderListing& disk, const FileEntry& row)
 {
-    // Built in place: this runs once per changed row, and the path is handed on at once.
-    platform::Path path;
-    path.reserve(size_t(row.path.size() + row.name.size() + row.ext.size()));
-    for (const QString* part : {&row.path, &row.name, &row.ext})
-        path.append(reinterpret_cast<const char16_t*>(part->constData()), size_t(part->size()));
-    const std::optional<platform::FileInfo> info = platform::stat(path);
-    return !info || info->isFolder;
+    return disk.isFolder(row.path, row.fileName()).value_or(true);
 }
 
 // Most commands have one rule for files and another for folders. Both are cheap, so both
@@ -84,7 +80,7 @@ public:
         if (fileName == folderName && fileExt == folderExt) {
             name = std::move(fileName);
             ext = std::move(fileExt);
-        } else if (countsAsFolder(context.row)) {
+        } else if (countsAsFolder(m_disk, context.row)) {
             name = std::move(folderName);
             ext = std::move(folderExt);
         } else {
@@ -100,6 +96,9 @@ protected:
     {
         (void)context, (void)name, (void)ext;
     }
+
+private:
+    FolderListing m_disk;
 };
 
 // A command whose rules are plain functions of the working pair and a few parameters.
@@ -405,7 +404,7 @@ public:
 
     void apply(const CommandContext& context, QString& name, QString& ext) override
     {
-        if (!m_magic || countsAsFolder(context.row))
+        if (!m_magic || countsAsFolder(m_disk, context.row))
             return;
         std::string head;
         const bool read = platform::readChunks(toPlatformPath(context.row.fullPath()), kChunk, [&](std::string_view chunk) {
@@ -420,6 +419,7 @@ public:
     }
 
 private:
+    FolderListing m_disk;
     static constexpr std::size_t kChunk = 64 * 1024;
     static constexpr std::size_t kHeadBytes = 1024 * 1024;
 

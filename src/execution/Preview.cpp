@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "core/CommandList.h"
+#include "core/FolderListing.h"
 #include "core/PathText.h"
 #include "core/Session.h"
 #include "core/SettingsKeys.h"
@@ -174,46 +175,6 @@ struct Preview::RunState {
 
 namespace {
 
-// Answers "is there an object at this path?" for many targets. A folder asked about often
-// is listed once (names only, no metadata) and then answered from the listing; a few
-// questions about a folder are asked of the disk directly, so a preview of five rows in a
-// folder of a million files does not list it.
-class FolderNames {
-public:
-    bool exists(const QString& fullPath)
-    {
-        const PathParts parts = splitPath(fullPath);
-        Folder& folder = m_folders[pathKey(parts.folder)];
-        if (folder.listed)
-            return folder.names.contains(pathKey(parts.fileName));
-        if (++folder.asked > kAskBeforeListing && list(parts.folder, folder))
-            return folder.names.contains(pathKey(parts.fileName));
-        return platform::exists(toPlatformPath(fullPath));
-    }
-
-private:
-    static constexpr int kAskBeforeListing = 64;
-    struct Folder {
-        int asked = 0;
-        bool listed = false;
-        QSet<QString> names;
-    };
-
-    static bool list(const QString& path, Folder& folder)
-    {
-        folder.asked = std::numeric_limits<int>::min();  // one try only
-        const bool ok = platform::listNames(toPlatformPath(path), [&](platform::PathView name) {
-            folder.names.insert(pathKey(fromPlatformPath(name)));
-        });
-        folder.listed = ok;
-        if (!ok)
-            folder.names.clear();
-        return ok;
-    }
-
-    QHash<QString, Folder> m_folders;
-};
-
 }  // namespace
 
 Preview::Preview(Session& session) : m_session(session) {}
@@ -281,7 +242,10 @@ PreviewResult Preview::run(bool simpleRename)
 {
     // Listings are good for one run only: the disk may change between previews.
     if (!m_diskCheckReplaced)
-        m_exists = [names = std::make_shared<FolderNames>()](const QString& path) { return names->exists(path); };
+        m_exists = [listing = std::make_shared<FolderListing>()](const QString& path) {
+            const PathParts parts = splitPath(path);
+            return listing->exists(parts.folder, parts.fileName);
+        };
     PreviewResult result;
     result.simple = simpleRename;
     if (!requireFileRenamePage(m_session))

@@ -155,10 +155,14 @@ private:
     std::intptr_t m_handle = kClosed;  // a descriptor or a HANDLE
 };
 
-// Calls `each` with the name of every entry of a folder (never "." or ".."), reading no
-// metadata: the quick way to learn which names a large folder holds. False when the folder
-// cannot be read; names that are not valid UTF-8 are passed over.
-bool listNames(PathView folder, const std::function<void(PathView name)>& each);
+// What a folder listing says of an entry without reading its metadata. Unknown: a link, or
+// a file system that does not say; stat() tells.
+enum class EntryKind { File, Folder, Unknown };
+
+// Calls `each` with the name and kind of every entry of a folder (never "." or ".."),
+// reading no metadata: the quick way to learn which names a large folder holds. False when
+// the folder cannot be read; names that are not valid UTF-8 are passed over.
+bool listNames(PathView folder, const std::function<void(PathView name, EntryKind kind)>& each);
 
 // The running executable's full path.
 Path executablePath();

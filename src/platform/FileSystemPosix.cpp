@@ -20,6 +20,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -257,7 +258,8 @@ struct Folder {
     }
 };
 
-// Calls `each` with every name of an open folder but "." and ".."; false when reading failed.
+// Calls `each(name, d_type)` for every entry of an open folder but "." and ".."; false when
+// reading failed.
 template <typename Each>
 bool forEachName(int fd, std::vector<char>& buffer, Each each)
 {
@@ -274,7 +276,8 @@ bool forEachName(int fd, std::vector<char>& buffer, Each each)
             std::memcpy(&length, record + offsetof(LinuxDirent64, d_reclen), sizeof length);
             pos += length;
             const char* name = record + offsetof(LinuxDirent64, d_name);
-            if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) each(name);
+            const auto type = static_cast<unsigned char>(record[offsetof(LinuxDirent64, d_type)]);
+            if (std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0) each(name, type);
         }
     }
 }
@@ -287,7 +290,7 @@ void readFolder(Folder& folder, std::vector<char>& buffer)
     if (fd < 0) return;
     folder.opened = true;
     bool statFailed = false;
-    const bool listed = forEachName(fd, buffer, [&](const char* name) {
+    const bool listed = forEachName(fd, buffer, [&](const char* name, unsigned char) {
         const std::string_view nameView(name);
         Item item;
         item.nameOffset = static_cast<std::uint32_t>(folder.names.size());
@@ -871,7 +874,7 @@ void AppendFile::close()
     m_handle = kClosed;
 }
 
-bool listNames(PathView folder, const std::function<void(PathView name)>& each)
+bool listNames(PathView folder, const std::function<void(PathView name, EntryKind kind)>& each)
 {
     const auto bytes = toUtf8Path(folder);
     if (!bytes) return false;
@@ -879,9 +882,10 @@ bool listNames(PathView folder, const std::function<void(PathView name)>& each)
     if (fd < 0) return false;
     std::vector<char> buffer(64 * 1024);
     Path name;
-    const bool ok = forEachName(fd, buffer, [&](const char* raw) {
+    const bool ok = forEachName(fd, buffer, [&](const char* raw, unsigned char type) {
         name.clear();
-        if (appendUtf16(raw, name)) each(name);
+        if (!appendUtf16(raw, name)) return;
+        each(name, type == DT_DIR ? EntryKind::Folder : type == DT_REG ? EntryKind::File : EntryKind::Unknown);
     });
     ::close(fd);
     return ok;

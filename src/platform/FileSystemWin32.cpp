@@ -640,7 +640,7 @@ void AppendFile::close()
     m_handle = kClosed;
 }
 
-bool listNames(PathView folder, const std::function<void(PathView name)>& each)
+bool listNames(PathView folder, const std::function<void(PathView name, EntryKind kind)>& each)
 {
     Path pattern(folder);
     if (pattern.empty() || (pattern.back() != u'/' && pattern.back() != u'\\')) pattern.push_back(u'/');
@@ -652,7 +652,11 @@ bool listNames(PathView folder, const std::function<void(PathView name)>& each)
     do {
         const wchar_t* name = data.cFileName;
         if (name[0] == L'.' && (name[1] == L'\0' || (name[1] == L'.' && name[2] == L'\0'))) continue;
-        each(fromWin32(name, std::wcslen(name)));
+        const DWORD attributes = data.dwFileAttributes;
+        const EntryKind kind = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) ? EntryKind::Unknown
+                             : (attributes & FILE_ATTRIBUTE_DIRECTORY)     ? EntryKind::Folder
+                                                                            : EntryKind::File;
+        each(fromWin32(name, std::wcslen(name)), kind);
     } while (FindNextFileW(h, &data));
     const DWORD last = GetLastError();
     FindClose(h);
