@@ -8,18 +8,28 @@ namespace qp {
 
 const FolderListing::Folder* FolderListing::listing(const QString& folder)
 {
+    if (m_lastListing && folder == m_lastFolder)
+        return m_lastListing;
+    m_lastListing = nullptr;  // adding a folder below may move the others
     Folder& entry = m_folders[pathKey(folder)];
-    if (entry.listed)
+    if (entry.listed) {
+        m_lastFolder = folder;
+        m_lastListing = &entry;
         return &entry;
+    }
     if (++entry.asked <= kAskBeforeListing)
         return nullptr;
     entry.asked = std::numeric_limits<int>::min();  // one try only
     entry.listed = platform::listNames(toPlatformPath(folder), [&](platform::PathView name, platform::EntryKind kind) {
         entry.entries.insert(pathKey(fromPlatformPath(name)), kind);
     });
-    if (!entry.listed)
+    if (!entry.listed) {
         entry.entries.clear();
-    return entry.listed ? &entry : nullptr;
+        return nullptr;
+    }
+    m_lastFolder = folder;
+    m_lastListing = &entry;
+    return &entry;
 }
 
 bool FolderListing::exists(const QString& folder, const QString& fileName)

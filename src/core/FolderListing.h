@@ -31,6 +31,9 @@ private:
     const Folder* listing(const QString& folder);
 
     QHash<QString, Folder> m_folders;
+    // Rows come folder by folder: the last listing answers most questions without a look-up.
+    QString m_lastFolder;
+    const Folder* m_lastListing = nullptr;
 };
 
 }  // namespace qp

@@ -105,3 +105,35 @@ TEST(PathText, LinuxPathRules)
 
 }  // namespace
 }  // namespace qp
+
+#include "../support/TempTree.h"
+#include "core/FolderListing.h"
+
+namespace qp {
+namespace {
+
+// Many questions about several folders, asked in turns: the answers must stay those of the
+// disk once the folders have been listed (and the listings have moved in memory).
+TEST(FolderListing, AnswersLikeTheDiskAcrossFolders)
+{
+    test::TempTree tree;
+    for (int f = 0; f < 20; ++f) {
+        tree.file("d" + std::to_string(f) + "/file" + std::to_string(f) + ".txt");
+        tree.folder("d" + std::to_string(f) + "/sub");
+    }
+    FolderListing listing;
+    for (int round = 0; round < 100; ++round) {
+        for (int f = 0; f < 20; ++f) {
+            const QString folder = tree.path("d" + std::to_string(f)) + u'/';
+            const QString file = QStringLiteral("file%1.txt").arg(f);
+            ASSERT_TRUE(listing.exists(folder, file)) << round << " " << f;
+            EXPECT_FALSE(listing.exists(folder, QStringLiteral("file%1.txt").arg(f + 1)));
+            EXPECT_EQ(listing.isFolder(folder, file), std::optional<bool>(false));
+            EXPECT_EQ(listing.isFolder(folder, QStringLiteral("sub")), std::optional<bool>(true));
+            EXPECT_EQ(listing.isFolder(folder, QStringLiteral("gone")), std::nullopt);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace qp
