@@ -20,8 +20,6 @@ namespace qp {
 
 namespace {
 
-const QString kListSection = QStringLiteral("CommandList");
-const QString kCountKey = QStringLiteral("CommandListCount");
 const QString kRecentSection = QStringLiteral("RecentItemMenuCMDFile");
 const QString kRecentCountKey = QStringLiteral("Count");
 const QString kDialogFolderKey = QStringLiteral("OpenDialogInitialDirMMenuCMDLoadFromFile");
@@ -170,7 +168,7 @@ QByteArray commandFileBytes(const SettingsStore& store)
         text::ruleLine(),
         QStringLiteral("[CommandList]"),
     };
-    for (const QString& line : store.sectionLines(kListSection))
+    for (const QString& line : store.sectionLines(keys::kCommandList))
         lines.append(oneLine(line));
     for (const QString& section : listed.sections) {
         lines.append(QString());
@@ -252,7 +250,7 @@ CommandFileResult loadCommandFile(Session& session, const FileChooser& chooseFil
     // Comment lines (";") are dropped by the parser, empty lines mean nothing to it.
     SettingsStore file;
     file.parse(reduceCommandFile(decoded.text));
-    if (!file.hasSection(kListSection)) {
+    if (!file.hasSection(keys::kCommandList)) {
         return failed(session,
                       tr("载入失败！文件中没有 [CommandList] 字段，可能不是批处理命令文件或文件已损坏：%1").arg(shown));
     }
@@ -267,16 +265,16 @@ CommandFileResult loadCommandFile(Session& session, const FileChooser& chooseFil
         for (const auto& [key, value] : file.sectionEntries(section))
             merged.writeRaw(section, key, value);
     }
-    merged.writeInt(kListSection, kCountKey, listed.sections.size());
+    merged.writeInt(keys::kCommandList, keys::kCommandListCount, listed.sections.size());
     for (qsizetype i = 0; i < listed.sections.size(); ++i)
-        merged.writeRaw(kListSection, QString::number(i + 1), listed.sections[i]);
+        merged.writeRaw(keys::kCommandList, QString::number(i + 1), listed.sections[i]);
     rememberCommandFile(merged, fileName);
 
     // Everything else the file holds is merged key by key.
     QSet<QString> taken;
     for (const QString& section : listed.sections)
         taken.insert(section.toCaseFolded());
-    taken.insert(kListSection.toCaseFolded());
+    taken.insert(keys::kCommandList.toCaseFolded());
     for (const QString& section : file.sectionNames()) {
         if (taken.contains(section.toCaseFolded()))
             continue;

@@ -1,4 +1,5 @@
 #include "core/CommandList.h"
+#include "core/SettingsKeys.h"
 
 #include <QCoreApplication>
 #include <QSet>
@@ -14,11 +15,6 @@ namespace qp {
 
 namespace {
 
-const QString kListSection = QStringLiteral("CommandList");
-const QString kCountKey = QStringLiteral("CommandListCount");
-const QString kSectionPrefix = QStringLiteral("CMD_");
-const QString kIdKey = QStringLiteral("CMDid");
-const QString kCommentKey = QStringLiteral("CMDComment");
 const QString kStampFormat = QStringLiteral("yyyyMMddHHmmsszzz");
 constexpr qsizetype kStampLength = 17;
 constexpr qsizetype kRestoreTick = 1024;
@@ -29,7 +25,7 @@ QString hintTitle() { return tr("温馨提示"); }
 
 bool isCommandSectionName(const QString& name)
 {
-    return name.size() > kSectionPrefix.size() && name.startsWith(kSectionPrefix, Qt::CaseInsensitive);
+    return name.size() > keys::kCommandSectionPrefix.size() && name.startsWith(keys::kCommandSectionPrefix, Qt::CaseInsensitive);
 }
 
 // The positive number a key of "CommandList" stands for, written the way the list writes
@@ -51,10 +47,10 @@ qint64 listPosition(const QString& key)
 // without a sub-code falls back to the code inside its own name.
 QString functionCodeOf(const SettingsStore& store, const QString& section)
 {
-    const QString subCode = store.readString(section, kIdKey, QString());
+    const QString subCode = store.readString(section, keys::kCommandId, QString());
     if (subCode.size() > 2)
         return subCode.chopped(2);
-    QString code = section.mid(kSectionPrefix.size());
+    QString code = section.mid(keys::kCommandSectionPrefix.size());
     if (code.size() > kStampLength)
         code.chop(kStampLength);
     return code;
@@ -83,22 +79,22 @@ void CommandList::clearAll()
 void CommandList::eraseCommands(SettingsStore& store)
 {
     for (const QString& section : store.sectionNames()) {
-        if (section.startsWith(kSectionPrefix, Qt::CaseInsensitive))
+        if (section.startsWith(keys::kCommandSectionPrefix, Qt::CaseInsensitive))
             store.eraseSection(section);
     }
-    store.eraseSection(kListSection);
+    store.eraseSection(keys::kCommandList);
 }
 
 ListedSections CommandList::listedSections(const SettingsStore& store)
 {
     ListedSections result;
-    result.declared = store.readInt(kListSection, kCountKey, 0);
+    result.declared = store.readInt(keys::kCommandList, keys::kCommandListCount, 0);
     if (result.declared <= 0)
         return result;
 
     // Only the keys that are there: a hand-edited or hostile count never drives a loop.
     std::vector<std::pair<qint64, QString>> numbered;
-    for (const auto& [key, value] : store.sectionEntries(kListSection)) {
+    for (const auto& [key, value] : store.sectionEntries(keys::kCommandList)) {
         const qint64 position = listPosition(key);
         if (position >= 1 && position <= result.declared)
             numbered.emplace_back(position, key);
@@ -107,7 +103,7 @@ ListedSections CommandList::listedSections(const SettingsStore& store)
 
     QSet<QString> seen;
     for (const auto& [position, key] : numbered) {
-        const QString section = store.readString(kListSection, key, QString());
+        const QString section = store.readString(keys::kCommandList, key, QString());
         const QString folded = section.toCaseFolded();
         // Empty, foreign, missing or repeated: a row for it could only run nothing, or
         // erase a section it does not own when deleted.
@@ -128,12 +124,12 @@ void CommandList::rebuildFromStore()
     m_rows.reserve(size_t(listed.sections.size()));
     for (const QString& section : listed.sections) {
         m_rows.push_back(CommandRow{functionCodeOf(m_store, section),
-                                    m_store.readString(section, kCommentKey, QString()), section, true});
+                                    m_store.readString(section, keys::kCommandComment, QString()), section, true});
     }
 
     // Rewrite the list only when the store says more than the grid shows (skipped keys,
     // keys past the count, a wrong count), so that a clean list keeps its place in the file.
-    const auto entries = m_store.sectionEntries(kListSection);
+    const auto entries = m_store.sectionEntries(keys::kCommandList);
     const bool clean = entries.isEmpty() ? m_rows.empty()
                                          : (listed.skipped == 0 && listed.declared == size()
                                             && entries.size() == size() + 1);
@@ -143,17 +139,17 @@ void CommandList::rebuildFromStore()
 
 void CommandList::writeListSection()
 {
-    m_store.eraseSection(kListSection);
+    m_store.eraseSection(keys::kCommandList);
     if (m_rows.empty())
         return;
-    m_store.writeInt(kListSection, kCountKey, size());
+    m_store.writeInt(keys::kCommandList, keys::kCommandListCount, size());
     for (size_t i = 0; i < m_rows.size(); ++i)
-        m_store.writeRaw(kListSection, QString::number(i + 1), m_rows[i].section);
+        m_store.writeRaw(keys::kCommandList, QString::number(i + 1), m_rows[i].section);
 }
 
 QString CommandList::sectionName(const QString& functionCode, const QDateTime& time)
 {
-    return kSectionPrefix + functionCode + time.toString(kStampFormat);
+    return keys::kCommandSectionPrefix + functionCode + time.toString(kStampFormat);
 }
 
 bool CommandList::nameInUse(const QString& section) const
@@ -213,8 +209,8 @@ RecordAnswer CommandList::record(const QString& functionCode, bool keepUnchanged
 
 void CommandList::describe(const QString& section, const QString& subCode, const QString& comment)
 {
-    m_store.writeString(section, kIdKey, subCode);
-    m_store.writeString(section, kCommentKey, comment);
+    m_store.writeString(section, keys::kCommandId, subCode);
+    m_store.writeString(section, keys::kCommandComment, comment);
     for (CommandRow& row : m_rows) {
         if (row.section == section)
             row.comment = comment;

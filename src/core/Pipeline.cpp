@@ -12,12 +12,6 @@ namespace qp {
 
 namespace {
 
-const QString kListSection = QStringLiteral("CommandList");
-const QString kCountKey = QStringLiteral("CommandListCount");
-const QString kCodeKey = QStringLiteral("CMDid");
-const QString kAutoPreview = QStringLiteral("AutoPreview");
-const QString kAutoPreviewBefore = QStringLiteral("AutoPreviewBefore");
-const QString kAutoPreviewNum = QStringLiteral("AutoPreviewNum");
 constexpr qint64 kDefaultPreviewRows = 10;
 
 // Polling the interaction lets the GUI pump its events, which costs far more than a row.
@@ -35,18 +29,18 @@ qsizetype Pipeline::rowLimit(bool allRows) const
     if (allRows)
         return rows;
     const SettingsStore& settings = m_session.settings();
-    if (!settings.readBool(keys::kOperation, kAutoPreview, true))
+    if (!settings.readBool(keys::kOperation, keys::kAutoPreview, true))
         return 0;
-    if (!settings.readBool(keys::kOperation, kAutoPreviewBefore, false))
+    if (!settings.readBool(keys::kOperation, keys::kAutoPreviewBefore, false))
         return rows;
-    const qint64 wanted = settings.readInt(keys::kOperation, kAutoPreviewNum, kDefaultPreviewRows);
+    const qint64 wanted = settings.readInt(keys::kOperation, keys::kAutoPreviewNum, kDefaultPreviewRows);
     return qsizetype(std::clamp<qint64>(wanted, 0, rows));
 }
 
 Pipeline::Step Pipeline::compile(const QString& section)
 {
     const SettingsStore& store = m_session.settings();
-    const CommandSection source{store, section, store.readString(section, kCodeKey, QString())};
+    const CommandSection source{store, section, store.readString(section, keys::kCommandId, QString())};
     Step step;
     step.extensionSide = executorFor(source.code) == ExecutorSide::Extension;
     step.command = m_registry.compile(source);
@@ -143,7 +137,7 @@ bool Pipeline::runOne(const QString& section)
     if (m_session.resettingPages())
         return true;
     Interaction& ui = m_session.interaction();
-    if (m_session.settings().readInt(kListSection, kCountKey, 0) <= 0) {
+    if (m_session.settings().readInt(keys::kCommandList, keys::kCommandListCount, 0) <= 0) {
         // The last command was just removed: back to the current names, unless they are
         // an imported programme's names still waiting to be applied.
         if (!m_session.pendingImport()) {

@@ -23,6 +23,22 @@ inline const QString kExcludeHistory = QStringLiteral("DATAStore_ComboBoxFilter2
 inline const QString kHistorySize = QStringLiteral("ComboBoxSavedNum");
 inline const QString kPathName = QStringLiteral("PathName");
 
+// The command list and its command sections.
+inline const QString kCommandList = QStringLiteral("CommandList");
+inline const QString kCommandListCount = QStringLiteral("CommandListCount");
+inline const QString kCommandSectionPrefix = QStringLiteral("CMD_");
+inline const QString kCommandId = QStringLiteral("CMDid");
+inline const QString kCommandComment = QStringLiteral("CMDComment");
+
+// Automatic preview, apply and undo.
+inline const QString kAutoPreview = QStringLiteral("AutoPreview");
+inline const QString kAutoPreviewBefore = QStringLiteral("AutoPreviewBefore");
+inline const QString kAutoPreviewNum = QStringLiteral("AutoPreviewNum");
+inline const QString kApplyConfirm = QStringLiteral("ApplyConfirm");
+inline const QString kAfterApplyClearCmd = QStringLiteral("AfterApplyClearCmd");
+
+inline const QString kUnitVariable = QStringLiteral("UnitVariable");
+
 constexpr int kDefaultHistorySize = 20;
 
 }  // namespace qp::keys

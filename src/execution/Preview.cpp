@@ -18,8 +18,6 @@ namespace qp {
 
 namespace {
 
-const QString kAutoPreview = QStringLiteral("AutoPreview");
-const QString kAutoPreviewBefore = QStringLiteral("AutoPreviewBefore");
 const QString kNullSet = QStringLiteral("FileNameNullSet");
 const QString kSameCharKind = QStringLiteral("FileNameSameCharKind");
 const QString kSameStart = QStringLiteral("FileNameSameStart");
@@ -259,8 +257,8 @@ PreviewResult Preview::run(bool simpleRename)
     const SettingsStore& settings = m_session.settings();
     const bool namesCurrent = m_session.newNamesCurrent();
     m_session.setNewNamesCurrent(false);
-    const bool autoPreview = settings.readBool(keys::kOperation, kAutoPreview, true);
-    const bool autoPreviewBefore = settings.readBool(keys::kOperation, kAutoPreviewBefore, false);
+    const bool autoPreview = settings.readBool(keys::kOperation, keys::kAutoPreview, true);
+    const bool autoPreviewBefore = settings.readBool(keys::kOperation, keys::kAutoPreviewBefore, false);
     if (!namesCurrent && (!autoPreview || autoPreviewBefore)) {
         if (!m_session.pipeline().runAll(true))
             result.stopped = true;

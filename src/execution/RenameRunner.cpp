@@ -330,7 +330,7 @@ QString settingsFolderOf(const Session& session)
 
 void afterRenameCommands(Session& session)
 {
-    if (session.settings().readBool(keys::kOperation, QStringLiteral("AfterApplyClearCmd"), true)) {
+    if (session.settings().readBool(keys::kOperation, keys::kAfterApplyClearCmd, true)) {
         session.commandList().clearAll();
         RenameList& list = session.renameList();
         for (qsizetype r = 0; r < list.size(); ++r) {
@@ -366,7 +366,7 @@ bool hasExtensionCommand(const SettingsStore& store)
 {
     const ListedSections listed = CommandList::listedSections(store);
     for (const QString& section : listed.sections) {
-        const QString code = store.readRaw(section, QStringLiteral("CMDid"), {});
+        const QString code = store.readRaw(section, keys::kCommandId, {});
         if (code.size() >= 2 && code[0] == u'E' && code[1] >= u'1' && code[1] <= u'7')
             return true;
     }
@@ -392,7 +392,7 @@ ApplyResult RenameRunner::apply()
         result.end = ApplyResult::End::EmptyList;
         return result;
     }
-    if (settings.readBool(op, QStringLiteral("ApplyConfirm"), true)
+    if (settings.readBool(op, keys::kApplyConfirm, true)
         && ui.ask(Question{QStringLiteral("apply.confirm"), tr("更名确认"), tr("开始进行批量更名，确认吗？"),
                            Button::Ok | Button::Cancel, Button::Ok, Icon::Question})
                != Button::Ok)

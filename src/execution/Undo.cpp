@@ -47,7 +47,7 @@ UndoResult Undo::undoFile(const QString& snapshotFile)
         result.end = UndoResult::End::WrongPage;
         return result;
     }
-    if (m_session.settings().readBool(keys::kOperation, QStringLiteral("ApplyConfirm"), true)
+    if (m_session.settings().readBool(keys::kOperation, keys::kApplyConfirm, true)
         && m_session.interaction().ask(Question{QStringLiteral("undo.confirm"), tr("撤销更名确认"),
                                                 tr("终止当前所有操作，准备撤销上一次的批量更名，确认吗？"),
                                                 Button::Ok | Button::Cancel, Button::Ok, Icon::Question})

@@ -137,7 +137,6 @@ using namespace expr;
 namespace {
 
 // The settings section that holds every tag's parameter, keyed by the tag with its brackets.
-const QString kUnitVariable = QStringLiteral("UnitVariable");
 
 struct Token {
     qsizetype pos;
@@ -441,7 +440,7 @@ struct MetaExpression::Impl {
         std::optional<QString>& slot = parameters[size_t(tag)];
         if (!slot) {
             const QString key = u'<' + QLatin1String(tagName(tag)) + u'>';
-            slot = decodeSpaces(store->readString(kUnitVariable, key, tagDefault(tag)));
+            slot = decodeSpaces(store->readString(keys::kUnitVariable, key, tagDefault(tag)));
         }
         return *slot;
     }
@@ -750,7 +749,7 @@ void defineUserList(Session& session, int n, const std::function<void()>& refres
 {
     if (n < 0 || n >= Session::kUserListCount)
         return;
-    if (refreshPreview && session.settings().readBool(keys::kOperation, QStringLiteral("AutoPreview"), true))
+    if (refreshPreview && session.settings().readBool(keys::kOperation, keys::kAutoPreview, true))
         refreshPreview();
     QStringList& list = session.userList(n);
     list.clear();
