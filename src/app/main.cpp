@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "commands/ExtensionCommands.h"
+#include "commands/CommandFamilies.h"
 #include "core/PathText.h"
 #include "core/Startup.h"
 #include "execution/FileOperations.h"
@@ -46,7 +46,7 @@ int main(int argc, char* argv[])
     const QString file = qp::chooseSettingsFile(parser.value(QStringLiteral("settings")));
     qp::OpenedSettings opened = qp::openSettings(file, QApplication::applicationFilePath());
     qp::ui::MainWindow window(std::move(opened.store), runStamp);
-    qp::registerExtensionCommands(window.session().pipeline().registry());
+    qp::registerCommandFamilies(window.session().pipeline().registry());
     if (!opened.error.isEmpty())
         window.session().messages().add(opened.error, qp::MessageColour::Red);
     if (opened.report.invalidUtf8) {

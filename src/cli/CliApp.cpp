@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "commands/ExtensionCommands.h"
+#include "commands/CommandFamilies.h"
 #include "core/CommandFile.h"
 #include "core/Interaction.h"
 #include "core/Loader.h"
@@ -398,7 +398,7 @@ int CliApp::run(const QStringList& arguments)
     if (m_registrar)
         m_registrar(session.pipeline().registry());
     else
-        registerExtensionCommands(session.pipeline().registry());
+        registerCommandFamilies(session.pipeline().registry());
     LogSink log(m_err);
     session.messages().setListener([&log](const MessageLine& line) { log.line(line); });
     if (o.keep)
