@@ -135,5 +135,29 @@ TEST(FolderListing, AnswersLikeTheDiskAcrossFolders)
     }
 }
 
+// A listed folder of many names answers for every one of them and for none other; a folder
+// that is gone holds nothing, however often it is asked about.
+TEST(FolderListing, ListedAndMissingFoldersAnswerEveryName)
+{
+    test::TempTree tree;
+    for (int i = 0; i < 500; ++i)
+        tree.file("big/n" + std::to_string(i) + (i % 7 ? ".txt" : ""));
+    tree.folder("big/子文件夹");
+    const QString big = tree.path("big") + u'/';
+    const QString gone = tree.path("gone") + u'/';
+    FolderListing listing;
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < 500; ++i) {
+            const QString name = QStringLiteral("n%1").arg(i) + (i % 7 ? QStringLiteral(".txt") : QString());
+            ASSERT_TRUE(listing.exists(big, name)) << i;
+            EXPECT_FALSE(listing.exists(big, name + u'x')) << i;
+            EXPECT_EQ(listing.isFolder(big, name), std::optional<bool>(false)) << i;
+            EXPECT_FALSE(listing.exists(gone, name));
+            EXPECT_EQ(listing.isFolder(gone, name), std::nullopt);
+        }
+        EXPECT_EQ(listing.isFolder(big, QStringLiteral("子文件夹")), std::optional<bool>(true));
+    }
+}
+
 }  // namespace
 }  // namespace qp
