@@ -126,9 +126,8 @@ namespace {
 
 QString insertAt(const QString& name, qsizetype at, const QString& insert)
 {
-    QString result = name;
-    result.insert(insertionPoint(name, at), insert);
-    return result;
+    at = insertionPoint(name, at);
+    return joined({QStringView(name).first(at), insert, QStringView(name).sliced(at)});
 }
 
 // Puts `insert` before or behind the text found at `at`.

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QHash>
 #include <QRandomGenerator>
+#include <QVarLengthArray>
 #include <algorithm>
 #include <bitset>
 #include <memory>
@@ -237,6 +238,7 @@ private:
         const OccurrenceSet::Selection& chosen = m_occurrences.resolve(qsizetype(m_hits.size()));
         const QString replacement = m_replacements[size_t(item)].expand(context.session, context.rowIndex);
         QString result;
+        result.reserve(name.size() + replacement.size() * qsizetype(m_hits.size()));
         qsizetype copied = 0;
         for (size_t n = 0; n < m_hits.size() && n < OccurrenceSet::kMaxOrdinal; ++n) {
             if (!chosen.test(n + 1))
@@ -258,8 +260,12 @@ private:
         pieces.assign(1, {0, name.size(), -1});
         for (qsizetype item = 0; item < m_finds.size(); ++item)
             cutOut(name, item, pieces);
+        if (pieces.size() == 1 && pieces.front().item < 0)
+            return name;
         QString result;
-        std::vector<std::optional<QString>> values(size_t(m_finds.size()));
+        result.reserve(name.size() + 16);
+        std::vector<std::optional<QString>>& values = m_values;
+        values.assign(size_t(m_finds.size()), std::nullopt);
         for (const Piece& piece : pieces) {
             if (piece.item < 0) {
                 result += QStringView(name).sliced(piece.from, piece.to - piece.from);
@@ -290,8 +296,8 @@ private:
         if (m_hits.empty())
             return;
         const OccurrenceSet::Selection& chosen = m_occurrences.resolve(qsizetype(m_hits.size()));
-        std::vector<Piece> next;
-        next.reserve(pieces.size() + 2 * m_hits.size());
+        std::vector<Piece>& next = m_next;
+        next.clear();
         size_t n = 0;
         for (const Piece& piece : pieces) {
             if (piece.item >= 0) {
@@ -318,8 +324,11 @@ private:
     OccurrenceSet m_occurrences;
     Qt::CaseSensitivity m_case;
     bool m_simultaneous;
+    // Scratch space kept between rows.
     std::vector<Piece> m_hits;
     std::vector<Piece> m_pieces;
+    std::vector<Piece> m_next;
+    std::vector<std::optional<QString>> m_values;
 };
 
 // N202 and N305 look the delimited text up again in the whole name, without regard to
@@ -721,29 +730,35 @@ QString swappedCase(QString name)
     return name;
 }
 
-QString capitalisedPiece(QString piece, bool lowerRest)
-{
-    if (lowerRest)
-        piece = asciiCase(std::move(piece), false);
-    if (!piece.isEmpty())
-        piece[0] = QChar(asciiUpper(piece[0].unicode()));
-    return piece;
-}
-
 enum class WordBreak { Separator, NonLetter, NonLetterOrDigit };
+
+// In every piece of the name between separators the first character goes upper case and,
+// with `lowerRest`, the others lower; the separators stay as written.
+QString capitalisedPieces(QString name, bool lowerRest, const QString& separator)
+{
+    QVarLengthArray<qsizetype, 16> cuts;  // where each separator starts, found before any change
+    if (!separator.isEmpty()) {
+        for (qsizetype at = name.indexOf(separator); at >= 0; at = name.indexOf(separator, at + separator.size()))
+            cuts.append(at);
+    }
+    cuts.append(name.size());
+    qsizetype start = 0;
+    for (const qsizetype end : cuts) {
+        for (qsizetype i = start; i < end; ++i) {
+            const char16_t c = name[i].unicode();
+            name[i] = QChar(i == start ? asciiUpper(c) : lowerRest ? asciiLower(c) : c);
+        }
+        start = end + separator.size();
+    }
+    return name;
+}
 
 // Words start at the beginning and after every separator text, or after every character
 // that is not an ASCII letter (or digit); characters beyond ASCII always separate.
 QString capitalisedWords(QString name, bool lowerRest, WordBreak breaks, const QString& separator)
 {
-    if (breaks == WordBreak::Separator) {
-        if (separator.isEmpty())
-            return capitalisedPiece(std::move(name), lowerRest);
-        QStringList pieces = name.split(separator);
-        for (QString& piece : pieces)
-            piece = capitalisedPiece(std::move(piece), lowerRest);
-        return pieces.join(separator);
-    }
+    if (breaks == WordBreak::Separator)
+        return capitalisedPieces(std::move(name), lowerRest, separator);
     if (lowerRest)
         name = asciiCase(std::move(name), false);
     for (qsizetype i = 0; i < name.size(); ++i) {
