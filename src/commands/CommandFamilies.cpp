@@ -1,5 +1,6 @@
 #include "commands/CommandFamilies.h"
 
+#include "commands/AdvancedCommands.h"
 #include "commands/ExtensionCommands.h"
 
 namespace qp {
@@ -7,6 +8,7 @@ namespace qp {
 void registerCommandFamilies(CommandRegistry& registry)
 {
     registerExtensionCommands(registry);
+    registerAdvancedCommands(registry);
 }
 
 }  // namespace qp
