@@ -37,6 +37,25 @@ void RenameList::removeAt(qsizetype row)
     m_rows.erase(m_rows.begin() + row);
 }
 
+qsizetype RenameList::removeRows(const std::vector<bool>& drop)
+{
+    size_t index = 0;
+    return removeIf([&](const FileEntry&) {
+        const bool gone = index < drop.size() && drop[index];
+        ++index;
+        return gone;
+    });
+}
+
+void RenameList::reorder(const std::vector<qsizetype>& order)
+{
+    std::vector<FileEntry> sorted;
+    sorted.reserve(m_rows.size());
+    for (qsizetype from : order)
+        sorted.push_back(std::move(m_rows[size_t(from)]));
+    m_rows = std::move(sorted);
+}
+
 void RenameList::clear()
 {
     m_rows.clear();
