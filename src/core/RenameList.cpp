@@ -49,11 +49,24 @@ qsizetype RenameList::removeRows(const std::vector<bool>& drop)
 
 void RenameList::reorder(const std::vector<qsizetype>& order)
 {
-    std::vector<FileEntry> sorted;
-    sorted.reserve(m_rows.size());
-    for (qsizetype from : order)
-        sorted.push_back(std::move(m_rows[size_t(from)]));
-    m_rows = std::move(sorted);
+    // Cycle by cycle in place: a second vector of a million rows would cost more in fresh
+    // memory than the moves themselves.
+    std::vector<bool> placed(m_rows.size(), false);
+    for (size_t start = 0; start < m_rows.size(); ++start) {
+        if (placed[start])
+            continue;
+        placed[start] = true;
+        if (size_t(order[start]) == start)
+            continue;
+        FileEntry first = std::move(m_rows[start]);
+        size_t to = start;
+        for (size_t from = size_t(order[to]); from != start; from = size_t(order[to])) {
+            m_rows[to] = std::move(m_rows[from]);
+            placed[from] = true;
+            to = from;
+        }
+        m_rows[to] = std::move(first);
+    }
 }
 
 void RenameList::clear()
