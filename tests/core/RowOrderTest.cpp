@@ -99,3 +99,44 @@ TEST(RowOrder, RemoveRowsDropsTheFlaggedRowsAndTheirKnownPaths)
 
 }  // namespace
 }  // namespace qp
+
+namespace qp {
+namespace {
+
+// The name sort compares prepared keys instead of calling naturalCompare; over many short
+// texts of digits, letters in both cases and separators both must give the same order.
+TEST(RowOrder, NameSortAgreesWithNaturalCompare)
+{
+    const QString alphabet = QStringLiteral("aAbB0019. _照");
+    std::uint32_t seed = 12345;
+    auto next = [&seed] {
+        seed = seed * 1664525u + 1013904223u;
+        return seed >> 16;
+    };
+    RenameList list;
+    for (int i = 0; i < 3000; ++i) {
+        QString name;
+        for (std::uint32_t k = 0, n = next() % 7; k < n; ++k)
+            name += alphabet[qsizetype(next() % std::uint32_t(alphabet.size()))];
+        FileEntry entry;
+        entry.path = QStringLiteral("/d/");
+        entry.name = name;
+        entry.ext = QStringLiteral(".%1").arg(i);  // distinct paths
+        list.append(entry);
+    }
+    for (bool ascending : {true, false}) {
+        const std::vector<qsizetype> order = sortedOrder(list, RowKey::Name, ascending);
+        for (size_t i = 1; i < order.size(); ++i) {
+            const QString& a = list.at(order[i - 1]).name;
+            const QString& b = list.at(order[i]).name;
+            const int c = naturalCompare(a, b) * (ascending ? 1 : -1);
+            ASSERT_LE(c, 0) << a.toStdString() << " before " << b.toStdString();
+            if (c == 0) {
+                ASSERT_LT(order[i - 1], order[i]) << "equal names keep their order";
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace qp

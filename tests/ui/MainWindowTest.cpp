@@ -4,12 +4,14 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
@@ -356,6 +358,89 @@ TEST_F(WindowTest, CompletionFormSavesACopyOfTheSnapshot)
     EXPECT_FALSE(session().settings().readBool(keys::kOperation, "ApplyConfirmDlgShow", true));
     EXPECT_EQ(session().settings().readString(keys::kInterface, "OpenDialogInitialDirMMenuGoExportSnapshot", {}),
               tree.path("copies/"));
+    EXPECT_TRUE(script.unexpected.isEmpty()) << script.unexpected.join(',').toStdString();
+}
+
+TEST_F(WindowTest, ReadOnlyObjectsAndLongListsAreAskedAbout)
+{
+    tree.file("w/a.txt");
+    const QString locked = tree.file("w/locked.txt");
+    QFile::setPermissions(locked, QFile::ReadOwner);
+    loadFolder(tree.path("w"));
+    for (qsizetype r = 0; r < session().renameList().size(); ++r)
+        session().renameList()[r].newName += QStringLiteral("-new");
+    session().settings().writeInt(keys::kOperation, "RenameSelectCount", 2);
+    session().settings().writeBool(keys::kOperation, "ApplyConfirmDlgShow", false);
+    script.on("apply.confirm", click("确定"));
+    script.on("TSimpleRenameSelectForm", click("选择简单更名继续(&C)"));
+    script.on("TFileNameAttribRWarningForm", [](QDialog& form) {
+        click("跳过")(form);
+        click("继续(&C)")(form);
+    });
+    window.action("MMenuGoRename")->trigger();
+    EXPECT_EQ(script.seen, (QStringList{"apply.confirm", "TSimpleRenameSelectForm", "TFileNameAttribRWarningForm"}));
+    EXPECT_TRUE(exists("w/a-new.txt"));
+    EXPECT_TRUE(exists("w/locked.txt"));
+    EXPECT_EQ(session().settings().readInt(keys::kOperation, "FileNameAttribRRename", 1), 0);
+    bool told = false;
+    for (const MessageLine& line : session().messages().lines())
+        told = told || line.text.contains(QStringLiteral("只读属性，跳过："));
+    EXPECT_TRUE(told);
+}
+
+TEST_F(WindowTest, CommandFilesAreSavedAndLoadedThroughTheirDialogsAndTheRecentMenu)
+{
+    tree.file("w/a.txt");
+    loadFolder(tree.path("w"));
+    recordExtension("E102", {{"E1_Content", "1"}});
+    const QString file = tree.path("commands/list.frc");
+    QDir().mkpath(tree.path("commands"));
+    script.on("FileDialog", [&](QDialog& dialog) {
+        static_cast<QFileDialog&>(dialog).selectFile(file);
+        dialog.accept();
+    });
+    script.on("commands.saved", click("确定"));
+    window.action("MMenuCMDSaveToFile")->trigger();
+    ASSERT_TRUE(QFile::exists(file));
+
+    script.on("commands.clear", click("是(&Y)"));
+    script.on("commands.cleared", click("确定"));
+    window.action("MMenuCMDClear")->trigger();
+    EXPECT_EQ(window.commandGrid()->model()->rowCount(), 0);
+    EXPECT_EQ(cell(0, RenameListModel::ColNewExt), ".txt");
+
+    auto* recent = window.findChild<QMenu*>("MMenuCMDRecent");
+    ASSERT_NE(recent, nullptr);
+    emit recent->aboutToShow();
+    const QList<QAction*> entries = recent->actions();
+    ASSERT_GE(entries.size(), 1);
+    EXPECT_TRUE(entries.first()->text().startsWith("01. list.frc | ")) << entries.first()->text().toStdString();
+    entries.first()->trigger();
+    EXPECT_EQ(window.commandGrid()->model()->rowCount(), 1);
+    EXPECT_EQ(cell(0, RenameListModel::ColNewExt), ".txt1");
+    EXPECT_TRUE(script.unexpected.isEmpty()) << script.unexpected.join(',').toStdString();
+}
+
+TEST_F(WindowTest, AProgrammeIsExportedAndImportedThroughTheMenus)
+{
+    tree.file("w/a.txt");
+    loadFolder(tree.path("w"));
+    session().renameList()[0].newName = QStringLiteral("b");
+    const QString file = tree.path("plan.txt");
+    script.on("FileDialog", [&](QDialog& dialog) {
+        static_cast<QFileDialog&>(dialog).selectFile(file);
+        dialog.accept();
+    });
+    script.on("programme.export.done", click("确定"));
+    window.action("MMenuFileExportProgramme")->trigger();
+    ASSERT_TRUE(QFile::exists(file));
+
+    script.on("programme.import.replaceList", click("确定"));
+    script.on("programme.import.done", click("确定"));
+    window.action("MMenuFileImportProgramme")->trigger();
+    ASSERT_EQ(grid().rowCount(), 1);
+    EXPECT_EQ(cell(0, RenameListModel::ColNewName), "b");
+    EXPECT_TRUE(session().pendingImport());
     EXPECT_TRUE(script.unexpected.isEmpty()) << script.unexpected.join(',').toStdString();
 }
 

@@ -836,8 +836,14 @@ void MainWindow::apply()
 
 void MainWindow::showCompletion(const ApplyResult& result)
 {
-    const bool uac = m_session.settings().readBool(keys::kGeneral, QStringLiteral("UAC"), true);
-    TGoRenameOKForm form(result.summary, result.snapshotPath, uac && result.systemDriveMet,
+#ifdef _WIN32
+    const bool uacNote =
+        m_session.settings().readBool(keys::kGeneral, QStringLiteral("UAC"), true) && result.systemDriveMet;
+#else
+    // User account control is a Windows matter; elsewhere the system drive is every drive.
+    const bool uacNote = false;
+#endif
+    TGoRenameOKForm form(result.summary, result.snapshotPath, uacNote,
                          m_session.settings().readBool(keys::kOperation, kApplyDialogShow, true), this);
     const QString snapshot = result.snapshotPath;
     form.setSaveSnapshot([this, snapshot] { return saveSnapshotCopy(snapshot); });
