@@ -829,6 +829,8 @@ void MainWindow::apply()
         GuiApplyDialogs dialogs(m_session, m_interaction, this);
         RenameRunner runner(m_session, disk, {}, &dialogs);
         result = runner.apply();
+        if (result.end == ApplyResult::End::Done)
+            m_interaction.status(tr("对象批量更名完成。"));
     });
     if (result.end == ApplyResult::End::Done && result.showCompletionDialog)
         showCompletion(result);
@@ -877,7 +879,8 @@ void MainWindow::undo()
 {
     guarded([&] {
         DiskOperations disk;
-        Undo(m_session, disk).undoLast();
+        if (Undo(m_session, disk).undoLast().end == UndoResult::End::Done)
+            m_interaction.status(tr("撤销上一次的批量更名完成。"));
     });
 }
 
