@@ -35,10 +35,10 @@ struct ButtonInfo {
 // The engine's order of buttons, with the program's own captions (the standard buttons
 // would follow the desktop's language instead of the program's).
 const ButtonInfo kButtons[] = {
-    {Button::Yes, QMessageBox::Yes, QT_TRANSLATE_NOOP("GuiInteraction", "是(&Y)")},
-    {Button::No, QMessageBox::No, QT_TRANSLATE_NOOP("GuiInteraction", "否(&N)")},
-    {Button::Ok, QMessageBox::Ok, QT_TRANSLATE_NOOP("GuiInteraction", "确定")},
-    {Button::Cancel, QMessageBox::Cancel, QT_TRANSLATE_NOOP("GuiInteraction", "取消")},
+    {Button::Yes, QMessageBox::Yes, QT_TRANSLATE_NOOP("qp::ui::GuiInteraction", "是(&Y)")},
+    {Button::No, QMessageBox::No, QT_TRANSLATE_NOOP("qp::ui::GuiInteraction", "否(&N)")},
+    {Button::Ok, QMessageBox::Ok, QT_TRANSLATE_NOOP("qp::ui::GuiInteraction", "确定")},
+    {Button::Cancel, QMessageBox::Cancel, QT_TRANSLATE_NOOP("qp::ui::GuiInteraction", "取消")},
 };
 
 // The engine writes line breaks as CR LF or, in one question, a bare CR.

@@ -20,7 +20,7 @@ FileEntry entry(const char* name, const char* ext, std::uint64_t size, bool fold
     row.ext = row.newExt = QString::fromUtf8(ext);
     row.size = size;
     row.isFolder = folder;
-    row.attributes = folder ? platform::AttrDirectory : 0;
+    row.attributes = folder ? std::uint32_t(platform::AttrDirectory) : 0u;
     row.pdfPassword = QStringLiteral("pw");
     return row;
 }

@@ -16,20 +16,20 @@ namespace qp::ui {
 namespace {
 
 const char* const kCaptions[RenameListModel::ColumnCount] = {
-    QT_TRANSLATE_NOOP("RenameListModel", "选择"),
-    QT_TRANSLATE_NOOP("RenameListModel", "图标"),
-    QT_TRANSLATE_NOOP("RenameListModel", "实际文件名"),
-    QT_TRANSLATE_NOOP("RenameListModel", "实际扩展名"),
-    QT_TRANSLATE_NOOP("RenameListModel", "状态"),
-    QT_TRANSLATE_NOOP("RenameListModel", "新文件名"),
-    QT_TRANSLATE_NOOP("RenameListModel", "新扩展名"),
-    QT_TRANSLATE_NOOP("RenameListModel", "修改日期"),
-    QT_TRANSLATE_NOOP("RenameListModel", "属性"),
-    QT_TRANSLATE_NOOP("RenameListModel", "大小(Bytes)"),
-    QT_TRANSLATE_NOOP("RenameListModel", "路径"),
-    QT_TRANSLATE_NOOP("RenameListModel", "PDF密码"),
-    QT_TRANSLATE_NOOP("RenameListModel", "大小(Bytes)"),
-    QT_TRANSLATE_NOOP("RenameListModel", "大小(友好)"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "选择"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "图标"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "实际文件名"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "实际扩展名"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "状态"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "新文件名"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "新扩展名"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "修改日期"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "属性"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "大小(Bytes)"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "路径"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "PDF密码"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "大小(Bytes)"),
+    QT_TRANSLATE_NOOP("qp::ui::RenameListModel", "大小(友好)"),
 };
 
 // A proposed name that differs from the current one is shown in this colour.

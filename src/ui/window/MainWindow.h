@@ -84,7 +84,21 @@ private:
     // Runs an operation unless one is running already (a second apply cannot start while
     // the first pumps events), then shows the lists as the operation left them.
     template <typename Operation>
-    void guarded(Operation&& operation);
+    void guarded(Operation&& operation)
+    {
+        if (m_running || m_interaction.busy())
+            return;
+        m_running = true;
+        struct Done {
+            MainWindow* window;
+            ~Done()
+            {
+                window->m_running = false;
+                window->afterOperation();
+            }
+        } done{this};
+        operation();
+    }
     void afterOperation();
     void updateActions();
     void setControlsEnabled(bool enabled);
