@@ -35,28 +35,28 @@ void rememberFolder(Session& session, const QString& key, const QString& path, b
 
 }  // namespace
 
-QStringList chooseFiles(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogSpec& spec)
+QStringList chooseFiles(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options)
 {
-    QFileDialog dialog(parent, spec.title, startFolder(session, spec.folderKey), spec.filter);
+    QFileDialog dialog(parent, options.title, startFolder(session, options.folderKey), options.filter);
     dialog.setObjectName(QStringLiteral("FileDialog"));
-    dialog.setAcceptMode(spec.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    dialog.setFileMode(spec.save ? QFileDialog::AnyFile
-                                 : (spec.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile));
-    if (!spec.defaultSuffix.isEmpty())
-        dialog.setDefaultSuffix(spec.defaultSuffix);
+    dialog.setAcceptMode(options.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(options.save ? QFileDialog::AnyFile
+                                 : (options.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile));
+    if (!options.defaultSuffix.isEmpty())
+        dialog.setDefaultSuffix(options.defaultSuffix);
     if (ui.runModal(dialog) != QDialog::Accepted)
         return {};
     QStringList files;
     for (const QString& file : dialog.selectedFiles())
         files.append(internalSeparators(QDir::cleanPath(file)));
     if (!files.isEmpty())
-        rememberFolder(session, spec.folderKey, files.first(), false);
+        rememberFolder(session, options.folderKey, files.first(), false);
     return files;
 }
 
-QString chooseFile(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogSpec& spec)
+QString chooseFile(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options)
 {
-    const QStringList files = chooseFiles(ui, parent, session, spec);
+    const QStringList files = chooseFiles(ui, parent, session, options);
     return files.isEmpty() ? QString() : files.first();
 }
 

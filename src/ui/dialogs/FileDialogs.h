@@ -20,7 +20,7 @@ namespace qp::ui {
 
 class GuiInteraction;
 
-struct FileDialogSpec {
+struct FileDialogOptions {
     QString title;
     QString filter;         // Qt's form: "说明 (*.txt)"
     QString defaultSuffix;  // without the dot
@@ -30,8 +30,8 @@ struct FileDialogSpec {
 };
 
 // The chosen files, '/'-separated; empty when cancelled. The folder is remembered.
-QStringList chooseFiles(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogSpec& spec);
-QString chooseFile(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogSpec& spec);
+QStringList chooseFiles(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options);
+QString chooseFile(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options);
 
 // "添加一个或多个文件夹及文件夹下的对象": several folders, starting in the folder of
 // "SelectFolderDialogInitFolderNameOpen".

@@ -63,7 +63,7 @@ void MainWindow::addFiles()
             return;
         const QStringList files = chooseFiles(
             m_interaction, this, m_session,
-            FileDialogSpec{tr("请选择需要更名的文件"), tr("所有文件 (*)"), {}, keys::kAddFilesFolder, false, true});
+            FileDialogOptions{tr("请选择需要更名的文件"), tr("所有文件 (*)"), {}, keys::kAddFilesFolder, false, true});
         if (!files.isEmpty() && Loader(m_session).addPaths(files).outcome == LoadResult::Outcome::Loaded)
             fitColumns();
     });
@@ -88,7 +88,7 @@ void MainWindow::addListFile()
         if (!requireFileRenamePage(m_session))
             return;
         const QString file = chooseFile(m_interaction, this, m_session,
-                                        FileDialogSpec{tr("导入一个带路径的文件名列表文本文件"),
+                                        FileDialogOptions{tr("导入一个带路径的文件名列表文本文件"),
                                                        tr("带路径的文件名列表文本文件 (*.txt)"),
                                                        QStringLiteral("txt"), keys::kListFileFolder});
         if (!file.isEmpty() && Loader(m_session).addListFile(file).outcome == LoadResult::Outcome::Loaded)
@@ -140,7 +140,7 @@ void MainWindow::exportProgramme()
             return;
         const QString file = chooseFile(
             m_interaction, this, m_session,
-            FileDialogSpec{tr("导出更名方案"), tr("更名方案 (*.txt)"), QStringLiteral("txt"), kProgrammeFolderKey, true});
+            FileDialogOptions{tr("导出更名方案"), tr("更名方案 (*.txt)"), QStringLiteral("txt"), kProgrammeFolderKey, true});
         if (!file.isEmpty())
             ProgrammeFile(m_session).exportTo(file);
     });
@@ -152,7 +152,7 @@ void MainWindow::importProgramme()
         if (!requireFileRenamePage(m_session))
             return;
         const QString file = chooseFile(m_interaction, this, m_session,
-                                        FileDialogSpec{tr("导入更名方案文件或快照文件"),
+                                        FileDialogOptions{tr("导入更名方案文件或快照文件"),
                                                        tr("更名方案文件或快照文件 (*.txt)"), QStringLiteral("txt"),
                                                        kProgrammeFolderKey});
         if (file.isEmpty())
@@ -201,7 +201,7 @@ void MainWindow::saveCommands()
     guarded([&] {
         saveCommandFile(m_session, [this] {
             return chooseFile(m_interaction, this, m_session,
-                              FileDialogSpec{tr("保存批处理命令文件"), tr("*.frc (*.frc)"), QStringLiteral("frc"),
+                              FileDialogOptions{tr("保存批处理命令文件"), tr("*.frc (*.frc)"), QStringLiteral("frc"),
                                              kCommandFileFolderKey, true});
         });
     });
@@ -220,7 +220,7 @@ void MainWindow::loadCommandFile(const QString& given)
             if (!given.isEmpty())
                 return given;
             return chooseFile(m_interaction, this, m_session,
-                              FileDialogSpec{tr("载入批处理命令文件"), tr("批处理命令文件 (*.frc)"),
+                              FileDialogOptions{tr("载入批处理命令文件"), tr("批处理命令文件 (*.frc)"),
                                              QStringLiteral("frc"),
                                              kCommandFileFolderKey});
         });
@@ -313,7 +313,7 @@ bool MainWindow::saveSnapshotCopy(const QString& snapshotFile)
 {
     const QString target = chooseFile(
         m_interaction, this, m_session,
-        FileDialogSpec{tr("保存快照文件"), tr("快照文件 (*.txt)"), QStringLiteral("txt"), kSnapshotFolderKey, true});
+        FileDialogOptions{tr("保存快照文件"), tr("快照文件 (*.txt)"), QStringLiteral("txt"), kSnapshotFolderKey, true});
     if (target.isEmpty())
         return false;
     DiskOperations disk;
