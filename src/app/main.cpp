@@ -2,6 +2,10 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDateTime>
+#include <QDir>
+#include <QLibraryInfo>
+#include <QTimer>
+#include <QTranslator>
 #include <cstdio>
 #include <cstdlib>
 
@@ -11,7 +15,7 @@
 #include "execution/FileOperations.h"
 #include "execution/RenameRunner.h"
 #include "execution/Snapshot.h"
-#include "ui/MainWindow.h"
+#include "ui/window/MainWindow.h"
 
 namespace {
 
@@ -41,7 +45,15 @@ int main(int argc, char* argv[])
     parser.addHelpOption();
     parser.addOption({QStringLiteral("settings"), QStringLiteral("使用指定的设置文件 (settings file to use)"),
                       QStringLiteral("FILE")});
+    parser.addPositionalArgument(QStringLiteral("PATH"), QStringLiteral("载入文件列表的文件或文件夹 (files or folders to load)"),
+                                 QStringLiteral("[PATH...]"));
     parser.process(app);
+
+    // The program speaks Chinese: Qt's own texts (file dialogs, context menus of text boxes)
+    // too, whatever the desktop's language.
+    QTranslator qtTexts;
+    if (qtTexts.load(QStringLiteral("qtbase_zh_CN"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtTexts);
 
     const QString file = qp::chooseSettingsFile(parser.value(QStringLiteral("settings")));
     qp::OpenedSettings opened = qp::openSettings(file, QApplication::applicationFilePath());
@@ -63,5 +75,10 @@ int main(int argc, char* argv[])
                                         qp::MessageColour::Red);
     }
     window.show();
+    QStringList paths;
+    for (const QString& given : parser.positionalArguments())
+        paths.append(qp::internalSeparators(QDir::cleanPath(QDir::current().absoluteFilePath(given))));
+    if (!paths.isEmpty())
+        QTimer::singleShot(0, &window, [&window, paths] { window.loadPaths(paths); });
     return app.exec();
 }

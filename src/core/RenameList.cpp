@@ -37,6 +37,38 @@ void RenameList::removeAt(qsizetype row)
     m_rows.erase(m_rows.begin() + row);
 }
 
+qsizetype RenameList::removeRows(const std::vector<bool>& drop)
+{
+    size_t index = 0;
+    return removeIf([&](const FileEntry&) {
+        const bool gone = index < drop.size() && drop[index];
+        ++index;
+        return gone;
+    });
+}
+
+void RenameList::reorder(const std::vector<qsizetype>& order)
+{
+    // Cycle by cycle in place: a second vector of a million rows would cost more in fresh
+    // memory than the moves themselves.
+    std::vector<bool> placed(m_rows.size(), false);
+    for (size_t start = 0; start < m_rows.size(); ++start) {
+        if (placed[start])
+            continue;
+        placed[start] = true;
+        if (size_t(order[start]) == start)
+            continue;
+        FileEntry first = std::move(m_rows[start]);
+        size_t to = start;
+        for (size_t from = size_t(order[to]); from != start; from = size_t(order[to])) {
+            m_rows[to] = std::move(m_rows[from]);
+            placed[from] = true;
+            to = from;
+        }
+        m_rows[to] = std::move(first);
+    }
+}
+
 void RenameList::clear()
 {
     m_rows.clear();

@@ -26,6 +26,12 @@ public:
     // Appends many rows at once; `keys` is empty or holds pathKey(fullPath) of each row.
     void appendAll(std::vector<FileEntry>&& rows, std::vector<QString>&& keys);
     void removeAt(qsizetype row);
+    // Removes the rows whose flag is set (`drop` has one flag per row), keeping order.
+    qsizetype removeRows(const std::vector<bool>& drop);
+    // Puts the rows in the order `order` gives: row i becomes the old row order[i]. The
+    // grid's order is the numbering order, so a sort of the grid reorders the rows here.
+    // `order` must be a permutation of 0..size()-1.
+    void reorder(const std::vector<qsizetype>& order);
     // Removes every row for which `drop` is true, keeping order, in one pass.
     template <typename Pred>
     qsizetype removeIf(Pred drop);
