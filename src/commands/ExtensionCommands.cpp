@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "commands/NameText.h"
 #include "core/CommandRegistry.h"
 #include "core/FolderListing.h"
 #include "core/FileEntry.h"
@@ -37,19 +38,6 @@ void resplit(const QString& whole, QString& name, QString& ext)
 QString withoutDots(QString text)
 {
     text.remove(QLatin1Char('.'));
-    return text;
-}
-
-// Case changes touch ASCII letters only, so that the result never depends on the locale.
-QString asciiCase(QString text, bool upper)
-{
-    for (QChar& c : text) {
-        const char16_t u = c.unicode();
-        if (upper && u >= u'a' && u <= u'z')
-            c = QChar(char16_t(u - 32));
-        else if (!upper && u >= u'A' && u <= u'Z')
-            c = QChar(char16_t(u + 32));
-    }
     return text;
 }
 
@@ -219,12 +207,7 @@ public:
         case Form::Upper: {
             // Base 26 with "A" as zero: 0 is "A", 25 "Z", 26 "BA". A negative number has no
             // letter form and is written as zero.
-            const char16_t zero = m_form == Form::Lower ? u'a' : u'A';
-            qint64 rest = std::max<qint64>(value, 0);
-            do {
-                text.prepend(QChar(char16_t(zero + rest % 26)));
-                rest /= 26;
-            } while (rest != 0);
+            text = nametext::lettersOf(std::max<qint64>(value, 0), m_form == Form::Lower ? u'a' : u'A');
             break;
         }
         }
@@ -547,8 +530,8 @@ std::unique_ptr<CompiledCommand> compileExtensionCommand(const CommandSection& s
     if (code == u"E401" || code == u"E402") {
         // Files and folders alike, so the disk is never asked.
         const bool upper = code == u"E401";
-        return pair([upper](QString&, QString& ext) { ext = asciiCase(ext, upper); },
-                    [upper](QString&, QString& ext) { ext = asciiCase(ext, upper); });
+        return pair([upper](QString&, QString& ext) { ext = nametext::asciiCase(ext, upper); },
+                    [upper](QString&, QString& ext) { ext = nametext::asciiCase(ext, upper); });
     }
     if (code == u"E501")
         return std::make_unique<RegexOnExtension>(s);

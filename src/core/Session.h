@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <array>
 #include <functional>
+#include <optional>
 
 #include "core/CommandList.h"
 #include "core/Interaction.h"
@@ -88,6 +89,10 @@ public:
     static constexpr int kUserListCount = 10;
     QStringList& userList(int n) { return m_userLists[size_t(n)]; }
     const QStringList& userList(int n) const { return m_userLists[size_t(n)]; }
+
+    // The number text each row took in the latest run of a numbering command, empty for rows
+    // that took none; unset until one has run. "赋值到" copies it into a user list.
+    std::optional<QStringList> numbersForAssignment;
 
     // Settings changes are written whole to the settings file; false (with a message in
     // the log) when the file could not be written. A session without a file keeps them

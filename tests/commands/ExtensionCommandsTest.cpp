@@ -6,9 +6,8 @@
 #include "commands/ExtensionCommands.h"
 #include "core/Session.h"
 #include "../support/TempTree.h"
+#include "../support/QStringPrinter.h"
 
-// Readable failure output for the names.
-void PrintTo(const QString& text, std::ostream* os) { *os << '"' << text.toStdString() << '"'; }
 
 namespace qp {
 namespace {

@@ -6,10 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include "../support/QStringPrinter.h"
 
 using qp::SettingsStore;
 
-void PrintTo(const QString& s, std::ostream* os) { *os << '"' << s.toStdString() << '"'; }
 
 namespace {
 
