@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
@@ -364,6 +365,15 @@ TEST_F(NormalPages, PresetCharsetsShowThePromptUntilOneIsChosen)
     presets->toggleItem(0);
     presets->toggleItem(1);
     EXPECT_EQ(stored("N3_FixedCharsetString"), "请选择预设字符集");
+
+    // A click in the open list ticks the entry and leaves the list open for the next one.
+    presets->showPopup();
+    QAbstractItemView* view = presets->view();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(view->model()->index(2, 0)).center());
+    EXPECT_TRUE(view->isVisible());
+    EXPECT_EQ(presets->checkedItems(), QStringList{presets->itemText(2)});
+    EXPECT_EQ(presets->displayText(), presets->itemText(2));
+    presets->hidePopup();
 }
 
 TEST_F(NormalPages, ShowSectionScrollsItToTheTop)

@@ -1,5 +1,6 @@
 // Saves PNGs of the normal family's pages and forms, for the README and the screenshot
 // script: page_shots OUTDIR (run with QT_QPA_PLATFORM=offscreen where there is no screen).
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -18,6 +19,7 @@
 #include "ui/dialogs/N3EditorForms.h"
 #include "ui/dialogs/ReplaceEditForm.h"
 #include "ui/pages/FrameFileRenameNormal.h"
+#include "ui/widgets/CheckListComboBox.h"
 
 using namespace qp;
 using namespace qp::ui;
@@ -76,6 +78,15 @@ int main(int argc, char* argv[])
     QCoreApplication::processEvents();
     ok = menu->grab().save(dir.filePath(QStringLiteral("meta-variable-menu.png"))) && ok;
     menu->hide();
+
+    auto* presets = frame.findChild<CheckListComboBox*>(QStringLiteral("ComboBoxN3FixedCharset"));
+    presets->toggleItem(0);
+    presets->toggleItem(3);
+    frame.showSection(QStringLiteral("N3"));
+    presets->showPopup();
+    QCoreApplication::processEvents();
+    ok = presets->view()->window()->grab().save(dir.filePath(QStringLiteral("n3-preset-list.png"))) && ok;
+    presets->hidePopup();
 
     TReplaceEditForm replace(QStringLiteral("IMG_|DSC_|副本"), QStringLiteral("照片_|相机_|"));
     ok = save(replace, dir, QStringLiteral("replace-editor.png")) && ok;

@@ -372,10 +372,9 @@ void TFrameFileRenameNormal::buildN3(Group& g)
     presets->setObjectName(QStringLiteral("ComboBoxN3FixedCharset"));
     presets->setItems(presetCharsetNames());
     presets->setPrompt(kPresetPrompt);
-    // A stored value without ";" means that no preset set is chosen; the prompt is such a value.
+    // With none chosen this stores the prompt, which the command reads as "no preset set".
     g.writers.push_back([presets](SettingsStore& s, const QString& section) {
-        const QStringList chosen = presets->checkedItems();
-        s.writeString(section, QStringLiteral("N3_FixedCharsetString"), chosen.isEmpty() ? kPresetPrompt : joinPresetCharsets(chosen));
+        s.writeString(section, QStringLiteral("N3_FixedCharsetString"), joinPresetCharsets(presets->checkedItems()));
     });
     connect(presets, &CheckListComboBox::checkedItemsChanged, this, [&g] { g.changed(); });
     g.row({g.label(tr("预设字符集")), presets}, true);
@@ -444,8 +443,7 @@ void TFrameFileRenameNormal::buildN4(Group& g)
     m_assignList->setObjectName(QStringLiteral("ComboBoxN4AssignTo"));
     for (int n = 0; n < Session::kUserListCount; ++n)
         m_assignList->addItem(QStringLiteral("<USER%1>").arg(n));
-    m_assignButton->setEnabled(false);
-    m_assignList->setEnabled(false);
+    updateAssignState();
     connect(m_assignButton, &QPushButton::clicked, this, &TFrameFileRenameNormal::assignNumbers);
     g.row({m_assignButton, m_assignList}, true);
 }
@@ -526,6 +524,7 @@ RecordAnswer TFrameFileRenameNormal::selectedClick(Group& group)
     const RecordAnswer answer = recordCommand(m_session, group.code, group.keep->isChecked());
     if (answer.write)
         writeAndRun(group, answer);
+    updateAssignState();
     if (answer.write || answer.removed || before != std::make_tuple(list.size(), list.lastIsOpen()))
         emit commandChanged();
     return answer;
@@ -549,11 +548,21 @@ void TFrameFileRenameNormal::writeAndRun(Group& group, const RecordAnswer& answe
         m_session.pipeline().runOne(answer.section);
     else
         m_session.pipeline().runAll(false);
+}
 
-    if (group.code == u"N4") {
-        m_assignButton->setEnabled(true);
-        m_assignList->setEnabled(true);
-    }
+void TFrameFileRenameNormal::updateAssignState()
+{
+    // A run started elsewhere (a loaded command file, a preview) may have numbered the rows
+    // too; the session knows whether any numbering has run.
+    const bool numbered = m_session.numbersForAssignment.has_value();
+    m_assignButton->setEnabled(numbered);
+    m_assignList->setEnabled(numbered);
+}
+
+void TFrameFileRenameNormal::showEvent(QShowEvent* event)
+{
+    updateAssignState();
+    QWidget::showEvent(event);
 }
 
 void TFrameFileRenameNormal::okClick(Group& group)

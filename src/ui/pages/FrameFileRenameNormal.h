@@ -47,6 +47,9 @@ signals:
     // A section recorded, changed, ended or removed a command.
     void commandChanged();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     struct Group;
 
@@ -74,6 +77,7 @@ private:
     void openCharsetEditor();
     void getLongestName();
     void assignNumbers();
+    void updateAssignState();
 
     Session& m_session;
     std::vector<std::unique_ptr<Group>> m_groups;

@@ -5,6 +5,9 @@
 #include <QMouseEvent>
 #include <QStandardItemModel>
 #include <QStylePainter>
+#include <QStyledItemDelegate>
+
+#include <algorithm>
 
 namespace qp::ui {
 
@@ -13,6 +16,10 @@ CheckListComboBox::CheckListComboBox(QWidget* parent)
     , m_model(new QStandardItemModel(this))
 {
     setModel(m_model);
+    // The combo's own delegate paints entries as menu items, which shows no check box in
+    // some styles and cuts long names; a plain item delegate draws real check boxes.
+    view()->setItemDelegate(new QStyledItemDelegate(view()));
+    view()->setTextElideMode(Qt::ElideNone);
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(14);
     // The list's own click handling would close it and change the current entry; a click
@@ -24,12 +31,16 @@ CheckListComboBox::CheckListComboBox(QWidget* parent)
 void CheckListComboBox::setItems(const QStringList& items)
 {
     m_model->clear();
+    int widest = 0;
     for (const QString& text : items) {
+        widest = std::max(widest, view()->fontMetrics().horizontalAdvance(text));
         auto* item = new QStandardItem(text);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsUserCheckable);
         item->setData(Qt::Unchecked, Qt::CheckStateRole);
         m_model->appendRow(item);
     }
+    // The list may be wider than the closed box; a cut name is hard to tick with confidence.
+    view()->setMinimumWidth(widest + style()->pixelMetric(QStyle::PM_IndicatorWidth) + 32);
     update();
 }
 
