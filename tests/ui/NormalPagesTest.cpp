@@ -36,6 +36,18 @@ void PrintTo(const QString& text, std::ostream* os) { *os << '"' << text.toStdSt
 namespace qp::ui {
 namespace {
 
+// Disables the page while the engine works, as the main window does.
+class BusyInteraction : public ScriptedInteraction {
+public:
+    void setBusy(bool on) override
+    {
+        ScriptedInteraction::setBusy(on);
+        if (window)
+            window->setEnabled(!on);
+    }
+    QWidget* window = nullptr;
+};
+
 class NormalPages : public ::testing::Test {
 protected:
     explicit NormalPages(QStringList names = {QStringLiteral("banana"), QStringLiteral("apple"), QStringLiteral("照片 a")})
@@ -54,7 +66,9 @@ protected:
 
     void makeFrame()
     {
+        interaction.window = nullptr;
         frame = std::make_unique<TFrameFileRenameNormal>(session);
+        interaction.window = frame.get();
         frame->setDialogRunner([this](QDialog& dialog) {
             ++dialogs;
             return answer ? answer(dialog) : int(QDialog::Rejected);
@@ -96,7 +110,7 @@ protected:
     QString lastSection() const { return session.commandList().rows().back().section; }
     QString stored(const char* key) const { return session.settings().readRaw(lastSection(), QLatin1String(key), QStringLiteral("<none>")); }
 
-    ScriptedInteraction interaction;
+    BusyInteraction interaction;
     Session session;
     std::unique_ptr<TFrameFileRenameNormal> frame;
     std::function<int(QDialog&)> answer;
@@ -121,6 +135,11 @@ TEST_F(NormalPages, FindAndReplaceFollowsTheTypingAndKeepUnchangedTakesItBack)
     EXPECT_EQ(stored("N2_SearchText"), "a");
     EXPECT_EQ(stored("N2_ReplaceText"), "aa");
     EXPECT_GE(changed.count(), 4);
+    EXPECT_GT(interaction.busyChanges, 0);
+    // Each keystroke ran the list with the page disabled; the box kept the focus, and the
+    // half-typed texts did not go into the history.
+    EXPECT_TRUE(control<QComboBox>("ComboBoxN2Replace")->lineEdit()->hasFocus());
+    EXPECT_TRUE(readHistory(session.settings(), keys::kOperation, "DATAStore_ComboBoxN2Replace").isEmpty());
 
     type("ComboBoxN2Search", "照");  // now "a照" is looked for
     EXPECT_EQ(newNames(), (QStringList{"banana", "apple", "照片 a"}));
@@ -366,14 +385,17 @@ TEST_F(NormalPages, PresetCharsetsShowThePromptUntilOneIsChosen)
     presets->toggleItem(1);
     EXPECT_EQ(stored("N3_FixedCharsetString"), "请选择预设字符集");
 
-    // A click in the open list ticks the entry and leaves the list open for the next one.
+    // A click in the open list ticks the entry and leaves the list open for the next one;
+    // the command follows when the list closes.
     presets->showPopup();
     QAbstractItemView* view = presets->view();
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(view->model()->index(2, 0)).center());
     EXPECT_TRUE(view->isVisible());
     EXPECT_EQ(presets->checkedItems(), QStringList{presets->itemText(2)});
     EXPECT_EQ(presets->displayText(), presets->itemText(2));
+    EXPECT_EQ(stored("N3_FixedCharsetString"), "请选择预设字符集");
     presets->hidePopup();
+    EXPECT_EQ(stored("N3_FixedCharsetString"), joinPresetCharsets({presets->itemText(2)}));
 }
 
 TEST_F(NormalPages, ShowSectionScrollsItToTheTop)

@@ -7,8 +7,10 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSpinBox>
@@ -519,6 +521,13 @@ RecordAnswer TFrameFileRenameNormal::selectedClick(Group& group)
 {
     if (m_quiet)
         return {};
+    // Running the commands disables the window, which takes the keyboard focus from the box
+    // being typed in; it is given back afterwards so that the typing carries on.
+    const QPointer<QWidget> focus = window()->focusWidget();
+    const auto giveFocusBack = qScopeGuard([&] {
+        if (focus && isAncestorOf(focus) && focus->isEnabled() && !focus->hasFocus())
+            focus->setFocus(Qt::OtherFocusReason);
+    });
     const CommandList& list = m_session.commandList();
     const auto before = std::make_tuple(list.size(), list.lastIsOpen());
     const RecordAnswer answer = recordCommand(m_session, group.code, group.keep->isChecked());

@@ -83,7 +83,21 @@ void CheckListComboBox::toggleItem(int row)
         return;
     item->setCheckState(item->checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked);
     update();
-    emit checkedItemsChanged();
+    // Ticks in the open list are announced once, when it closes: whoever listens may do
+    // slow work (re-run every command), and several sets are often ticked in one go.
+    if (view()->isVisible())
+        m_changedWhileOpen = true;
+    else
+        emit checkedItemsChanged();
+}
+
+void CheckListComboBox::hidePopup()
+{
+    QComboBox::hidePopup();
+    if (m_changedWhileOpen) {
+        m_changedWhileOpen = false;
+        emit checkedItemsChanged();
+    }
 }
 
 bool CheckListComboBox::eventFilter(QObject* watched, QEvent* event)

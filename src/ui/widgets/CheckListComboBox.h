@@ -28,8 +28,10 @@ public:
 
     // Ticks or unticks entry `row` as a click would.
     void toggleItem(int row);
+    void hidePopup() override;
 
 signals:
+    // At once for a change made while the list is closed, else when it closes.
     void checkedItemsChanged();
 
 protected:
@@ -39,6 +41,7 @@ protected:
 private:
     QStandardItemModel* m_model = nullptr;
     QString m_prompt;
+    bool m_changedWhileOpen = false;
 };
 
 }  // namespace qp::ui

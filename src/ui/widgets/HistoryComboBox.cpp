@@ -26,7 +26,12 @@ HistoryComboBox::HistoryComboBox(SettingsStore& settings, const QString& name, Q
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(12);
     reloadItems();
-    connect(lineEdit(), &QLineEdit::editingFinished, this, &HistoryComboBox::remember);
+    // A box also loses the focus while the window is disabled for a long operation (each
+    // keystroke re-runs the commands); that is not the end of the user's typing.
+    connect(lineEdit(), &QLineEdit::editingFinished, this, [this] {
+        if (isEnabled())
+            remember();
+    });
 }
 
 QString HistoryComboBox::historyKey() const { return kHistoryPrefix + objectName(); }
