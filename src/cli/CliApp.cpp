@@ -4,11 +4,13 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <algorithm>
+#include <array>
 #include <memory>
 
 #include "commands/CommandFamilies.h"
@@ -20,6 +22,7 @@
 #include "core/Session.h"
 #include "core/SettingsKeys.h"
 #include "core/Startup.h"
+#include "execution/ContrastList.h"
 #include "execution/FileOperations.h"
 #include "execution/Preview.h"
 #include "execution/RenameRunner.h"
@@ -203,6 +206,7 @@ struct Options {
     QString commandFile;
     QString programme;
     QString contrast;
+    ContrastOptions contrastOptions;
     QString snapshot;
     bool recursive = false;
     bool noFolderRows = false;
@@ -212,6 +216,50 @@ struct Options {
     bool applyImport = false;
     Format format = Format::Tsv;
 };
+
+}  // namespace
+
+namespace {
+
+// The contrast list's options from the command line. Its kind follows the output's name:
+// ".xls" and ".xlsx" give a spreadsheet, anything else a text file at exactly that path.
+// Returns the problem with the options, empty when there is none.
+QString readContrastOptions(const QCommandLineParser& parser, const std::array<QCommandLineOption, 6>& options,
+                            const QString& output, ContrastOptions& contrast)
+{
+    const auto& [encoding, separator, withExt, sheet, oldColumn, newColumn] = options;
+    const bool xlsx = output.endsWith(QLatin1String(".xlsx"), Qt::CaseInsensitive);
+    contrast.spreadsheet = xlsx || output.endsWith(QLatin1String(".xls"), Qt::CaseInsensitive);
+    contrast.text = !contrast.spreadsheet;
+    contrast.format = xlsx ? SpreadsheetFormat::Xlsx : SpreadsheetFormat::Xls;
+    contrast.withExtension = parser.isSet(withExt);
+    if (parser.isSet(separator)) {
+        contrast.aligned = false;
+        contrast.separator = parser.value(separator);
+    }
+    contrast.sheetName = parser.value(sheet);
+    const QHash<QString, ContrastEncoding> encodings = {
+        {QStringLiteral("ansi"), ContrastEncoding::Ansi},
+        {QStringLiteral("unicode"), ContrastEncoding::Unicode},
+        {QStringLiteral("unicode-be"), ContrastEncoding::UnicodeBigEndian},
+        {QStringLiteral("utf8"), ContrastEncoding::Utf8},
+    };
+    if (parser.isSet(encoding)) {
+        const auto found = encodings.constFind(parser.value(encoding).toLower());
+        if (found == encodings.constEnd())
+            return QStringLiteral("未知的编码：%1（应为 ansi、unicode、unicode-be 或 utf8）").arg(parser.value(encoding));
+        contrast.encoding = *found;
+    }
+    for (const auto& [option, column] : {std::pair{&oldColumn, &contrast.oldColumn}, std::pair{&newColumn, &contrast.newColumn}}) {
+        if (!parser.isSet(*option))
+            continue;
+        bool ok = false;
+        *column = parser.value(*option).toInt(&ok);
+        if (!ok || *column < 1 || *column > 16384)
+            return QStringLiteral("列号应为 1 到 16384 之间的整数：--%1 %2").arg(option->names().constFirst(), parser.value(*option));
+    }
+    return {};
+}
 
 }  // namespace
 
@@ -232,7 +280,7 @@ int CliApp::run(const QStringList& arguments)
         "  apply     同 preview，然后应用更名 (as preview, then apply the renames)\n"
         "  undo      撤销一次批量更名 (undo a rename batch)\n"
         "  import    导入更名方案或快照文件 (import a rename programme or snapshot)\n"
-        "  export    导出更名方案 (export the rename programme)\n"
+        "  export    导出更名方案或更名对照列表 (export the rename programme or the contrast list)\n"
         "\n"
         "退出码 (exit codes): 0 完成 (done)；1 有对象更名失败或仍有冲突 (rows failed or in conflict)；"
         "2 用法或输入错误 (bad usage or input)"));
@@ -273,8 +321,24 @@ int CliApp::run(const QStringList& arguments)
                                    QStringLiteral("导入后应用更名 (apply the imported names)"));
     const QCommandLineOption contrast(QStringLiteral("contrast"),
                                       QStringLiteral("导出对比列表 (export the contrast list)"), QStringLiteral("OUT"));
+    const QCommandLineOption encoding(QStringLiteral("encoding"),
+                                      QStringLiteral("对比列表文本的编码：ansi（默认）、unicode、unicode-be 或 utf8 "
+                                                     "(text encoding of the contrast list)"),
+                                      QStringLiteral("ansi|unicode|unicode-be|utf8"));
+    const QCommandLineOption separator(QStringLiteral("separator"),
+                                       QStringLiteral("新旧文件名之间使用分隔字符，而不是对齐 (separate the names instead of aligning them)"),
+                                       QStringLiteral("TEXT"));
+    const QCommandLineOption withExt(QStringLiteral("with-ext"),
+                                     QStringLiteral("含扩展名一起处理 (names with their extensions)"));
+    const QCommandLineOption sheet(QStringLiteral("sheet"), QStringLiteral("工作表名称 (sheet name)"),
+                                   QStringLiteral("NAME"));
+    const QCommandLineOption oldColumn(QStringLiteral("old-column"),
+                                       QStringLiteral("原文件名列，默认 1 (column of the old names)"), QStringLiteral("N"));
+    const QCommandLineOption newColumn(QStringLiteral("new-column"),
+                                       QStringLiteral("新文件名列，默认 2 (column of the new names)"), QStringLiteral("N"));
     parser.addOptions({help, version, settings, set, list, commands, recursive, noFolderRows, keep, exclude, simple,
-                       format, snapshot, programme, apply, contrast});
+                       format, snapshot, programme, apply, contrast, encoding, separator, withExt, sheet, oldColumn,
+                       newColumn});
     parser.addPositionalArgument(QStringLiteral("COMMAND"),
                                  QStringLiteral("preview | apply | undo | import | export"));
     parser.addPositionalArgument(QStringLiteral("PATH"), QStringLiteral("要载入的文件或文件夹 (files or folders)"),
@@ -321,7 +385,9 @@ int CliApp::run(const QStringList& arguments)
         {"apply", true, loading + QList<const QCommandLineOption*>{&simple, &format}},
         {"undo", false, {&snapshot}},
         {"import", false, {&programme, &apply, &simple, &format}},
-        {"export", true, loading + QList<const QCommandLineOption*>{&programme, &contrast}},
+        {"export", true,
+         loading + QList<const QCommandLineOption*>{&programme, &contrast, &encoding, &separator, &withExt, &sheet,
+                                                    &oldColumn, &newColumn}},
     };
     const Allowed* allowed = nullptr;
     for (const Allowed& entry : table) {
@@ -332,7 +398,7 @@ int CliApp::run(const QStringList& arguments)
         return fail(QStringLiteral("未知的命令：") + o.command);
     for (const QCommandLineOption* option :
          {&list, &commands, &recursive, &noFolderRows, &keep, &exclude, &simple, &format, &snapshot, &programme, &apply,
-          &contrast}) {
+          &contrast, &encoding, &separator, &withExt, &sheet, &oldColumn, &newColumn}) {
         if (parser.isSet(*option) && !allowed->options.contains(option))
             return fail(QStringLiteral("命令 %1 不接受选项 --%2").arg(o.command, option->names().constLast()));
     }
@@ -367,10 +433,12 @@ int CliApp::run(const QStringList& arguments)
     if (o.command == QLatin1String("import") && o.programme.isEmpty())
         return fail(QStringLiteral("import 需要 --programme FILE (import needs --programme FILE)"));
     if (o.command == QLatin1String("export")) {
-        if (!o.contrast.isEmpty())
-            return fail(QStringLiteral("对比列表导出尚未提供 (exporting the contrast list is not available yet)"));
-        if (o.programme.isEmpty())
-            return fail(QStringLiteral("export 需要 --programme OUT (export needs --programme OUT)"));
+        if (o.programme.isEmpty() && o.contrast.isEmpty())
+            return fail(QStringLiteral("export 需要 --programme OUT 或 --contrast OUT (export needs --programme OUT or --contrast OUT)"));
+        const QString problem = readContrastOptions(parser, {encoding, separator, withExt, sheet, oldColumn, newColumn},
+                                                    o.contrast, o.contrastOptions);
+        if (!problem.isEmpty())
+            return fail(problem);
     }
 
     // The settings as the desktop program reads them, held in memory only. A file that
@@ -522,8 +590,17 @@ int CliApp::run(const QStringList& arguments)
         if (session.renameList().isEmpty())
             return fail(QStringLiteral("更名文件列表为空，没有可导出的内容 (nothing to export)"));
         log.hold();
-        if (!ProgrammeFile(session).exportTo(o.programme))
+        if (!o.programme.isEmpty() && !ProgrammeFile(session).exportTo(o.programme))
             return fail(QStringLiteral("无法写入文件：") + nativeSeparators(o.programme));
+        if (!o.contrast.isEmpty()) {
+            const ContrastExportResult written =
+                exportContrastList(session.renameList(), o.contrastOptions, o.contrast, o.contrast, disk);
+            if (!written.error.isEmpty())
+                return fail(written.error);
+            if (written.lossy)
+                m_err << QStringLiteral("quillet: 有些字符无法用所选编码保存，已写为“?” (some characters do not exist in the chosen encoding)")
+                      << Qt::endl;
+        }
         log.release();
         return ExitDone;
     }

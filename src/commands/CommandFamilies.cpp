@@ -1,5 +1,6 @@
 #include "commands/CommandFamilies.h"
 
+#include "commands/AdvancedCommands.h"
 #include "commands/ExtensionCommands.h"
 #include "commands/NormalCommands.h"
 
@@ -9,6 +10,7 @@ void registerCommandFamilies(CommandRegistry& registry)
 {
     registerNormalCommands(registry);
     registerExtensionCommands(registry);
+    registerAdvancedCommands(registry);
 }
 
 }  // namespace qp

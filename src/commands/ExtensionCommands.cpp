@@ -1,8 +1,5 @@
 #include "commands/ExtensionCommands.h"
 
-#define PCRE2_CODE_UNIT_WIDTH 16
-#include <pcre2.h>
-
 #include <magic.h>
 
 #include <QCoreApplication>
@@ -11,6 +8,7 @@
 #include <memory>
 
 #include "commands/NameText.h"
+#include "commands/RegexSubstitution.h"
 #include "core/CommandRegistry.h"
 #include "core/FolderListing.h"
 #include "core/FileEntry.h"
@@ -248,99 +246,50 @@ class RegexOnExtension : public FileOrFolderCommand {
 public:
     explicit RegexOnExtension(const CommandSection& s)
         : m_pattern(s.readString(QStringLiteral("E5_RegexText"), QString())),
-          m_replacement(s.readString(QStringLiteral("E5_RegexReplaceText"), QString()))
+          m_replacement(s.readString(QStringLiteral("E5_RegexReplaceText"), QString())),
+          m_regex(m_pattern, m_replacement)
     {
-        if (m_pattern.isEmpty())
-            return;
-        int error = 0;
-        PCRE2_SIZE offset = 0;
-        // UTF: names are Unicode text, so "." is a character, not a code unit. UCP: "\w" and
-        // "\d" take letters and digits of every script, as Perl does for Unicode strings.
-        m_code.reset(pcre2_compile(reinterpret_cast<PCRE2_SPTR>(m_pattern.utf16()), PCRE2_SIZE(m_pattern.size()),
-                                   PCRE2_UTF | PCRE2_UCP, &error, &offset, nullptr));
-        if (!m_code) {
+        if (!m_pattern.isEmpty() && !m_regex.compiled()) {
             m_problem = tr("扩展名正则表达式有误，所有名称保持不变：%1（位置 %2）：%3")
-                            .arg(errorText(error), QString::number(offset), m_pattern);
-            return;
+                            .arg(m_regex.compileError(), QString::number(m_regex.compileErrorOffset()), m_pattern);
         }
-        // Without JIT (a platform the library has no compiler for) matching is only slower.
-        pcre2_jit_compile(m_code.get(), PCRE2_JIT_COMPLETE);
-        m_match.reset(pcre2_match_data_create_from_pattern(m_code.get(), nullptr));
-        m_output.resize(64);
     }
-
-    // The message log line for a rejected pattern or replacement, empty when there is none.
-    const QString& problem() const { return m_problem; }
 
 protected:
     void onFile(const CommandContext& context, QString& name, QString& ext) override
     {
         if (m_pattern.isEmpty())
             return;
-        if (!m_code || m_failed) {
+        if (!m_regex.compiled() || m_failed) {
             report(context);
             return;
         }
         const QString subject = withoutDots(ext);
         QString replaced;
-        if (!substitute(subject, replaced)) {
-            report(context);
+        switch (m_regex.replaceAll(subject, replaced)) {
+        case RegexSubstitution::Outcome::Done:
+            resplit(name + kDot + replaced, name, ext);
             return;
+        case RegexSubstitution::Outcome::BadReplacement:
+            // A replacement text the engine rejects fails for every row alike, so the run
+            // stops using it.
+            m_failed = true;
+            if (m_problem.isEmpty()) {
+                m_problem = tr("扩展名正则表达式的替换文本有误，所有名称保持不变：%1：%2")
+                                .arg(m_regex.lastError(), m_replacement);
+            }
+            break;
+        case RegexSubstitution::Outcome::FailedForSubject:
+            // A limit reached on one subject, a name that is not valid UTF-16: just this row
+            // stays as it was.
+            if (m_problem.isEmpty())
+                m_problem = tr("扩展名正则表达式无法用于“%1”，该名称保持不变：%2").arg(subject, m_regex.lastError());
+            break;
         }
-        resplit(name + kDot + replaced, name, ext);
+        report(context);
     }
 
 private:
-    struct CodeFree {
-        void operator()(pcre2_code* code) const { pcre2_code_free(code); }
-    };
-    struct MatchFree {
-        void operator()(pcre2_match_data* data) const { pcre2_match_data_free(data); }
-    };
-
-    static QString errorText(int error)
-    {
-        PCRE2_UCHAR buffer[256];
-        const int length = pcre2_get_error_message(error, buffer, sizeof buffer / sizeof buffer[0]);
-        return length > 0 ? QString::fromUtf16(reinterpret_cast<const char16_t*>(buffer), length)
-                          : QString::number(error);
-    }
-
-    bool substitute(const QString& subject, QString& result)
-    {
-        // Perl's replacement rules: "$1", "${name}", "\U…\E" case changes, "\n"-style escapes;
-        // a group that did not take part, or does not exist, stands for nothing.
-        constexpr uint32_t options = PCRE2_SUBSTITUTE_GLOBAL | PCRE2_SUBSTITUTE_EXTENDED
-            | PCRE2_SUBSTITUTE_UNSET_EMPTY | PCRE2_SUBSTITUTE_UNKNOWN_UNSET | PCRE2_SUBSTITUTE_OVERFLOW_LENGTH;
-        for (int attempt = 0; attempt < 2; ++attempt) {
-            PCRE2_SIZE length = PCRE2_SIZE(m_output.size());
-            const int rc = pcre2_substitute(
-                m_code.get(), reinterpret_cast<PCRE2_SPTR>(subject.utf16()), PCRE2_SIZE(subject.size()), 0, options,
-                m_match.get(), nullptr, reinterpret_cast<PCRE2_SPTR>(m_replacement.utf16()),
-                PCRE2_SIZE(m_replacement.size()), reinterpret_cast<PCRE2_UCHAR*>(m_output.data()), &length);
-            if (rc >= 0) {
-                result = rc == 0 ? subject : QString(m_output.constData(), qsizetype(length));
-                return true;
-            }
-            if (rc != PCRE2_ERROR_NOMEMORY) {
-                // A replacement text the engine rejects fails for every row alike, so the run
-                // stops using it. Other failures (a limit reached on one subject, a name that is
-                // not valid UTF-16) leave just that row as it was.
-                const bool badReplacement = rc == PCRE2_ERROR_BADREPLACEMENT || rc == PCRE2_ERROR_BADREPESCAPE
-                    || rc == PCRE2_ERROR_REPMISSINGBRACE || rc == PCRE2_ERROR_BADSUBSTITUTION;
-                m_failed = m_failed || badReplacement;
-                if (m_problem.isEmpty()) {
-                    m_problem = badReplacement
-                        ? tr("扩展名正则表达式的替换文本有误，所有名称保持不变：%1：%2").arg(errorText(rc), m_replacement)
-                        : tr("扩展名正则表达式无法用于“%1”，该名称保持不变：%2").arg(subject, errorText(rc));
-                }
-                return false;
-            }
-            m_output.resize(qsizetype(length));  // the length it needs, then once more
-        }
-        return false;
-    }
-
     void report(const CommandContext& context)
     {
         if (m_reported || m_problem.isEmpty())
@@ -351,9 +300,7 @@ private:
 
     QString m_pattern;
     QString m_replacement;
-    std::unique_ptr<pcre2_code, CodeFree> m_code;
-    std::unique_ptr<pcre2_match_data, MatchFree> m_match;
-    QList<QChar> m_output;
+    RegexSubstitution m_regex;
     QString m_problem;
     bool m_failed = false;
     bool m_reported = false;

@@ -53,6 +53,9 @@ public:
     // Called instead of apply() for an unticked row inside the row limit, so that a command
     // that counts rows (numbering) can decide whether a skipped row takes a number.
     virtual void skip(const CommandContext& context) { (void)context; }
+    // Called once after the command has been applied to every processed row of a run (not
+    // when the run was stopped), so that a command can report what it counted.
+    virtual void finish(Session& session) { (void)session; }
 };
 
 using CommandFactory = std::function<std::unique_ptr<CompiledCommand>(const CommandSection&)>;

@@ -101,6 +101,7 @@ bool Pipeline::runSteps(std::vector<Step>& steps, qsizetype limit, const QString
             if (step.extensionSide)
                 row.newExt = std::move(ext);
         }
+        command.finish(m_session);
     }
     m_currentRow = -1;
     ui.progress(caption, 100);

@@ -11,6 +11,7 @@
 #include <QProcess>
 #include <map>
 
+#include "../support/Spreadsheet.h"
 #include "../support/TempTree.h"
 #include "core/PathText.h"
 
@@ -205,6 +206,36 @@ TEST_F(CliBinary, ExportedProgrammeImportsAsTheSameRows)
     EXPECT_EQ(preview.out.count(u'\n'), 5);  // d, sub and the three files
 }
 
+TEST_F(CliBinary, ContrastListAsTextAndSpreadsheets)
+{
+    tree.file("d/报告.txt");
+    tree.file("d/b.txt");
+    const QString commands = tree.file("upper.frc", "[CommandList]\r\nCommandListCount=1\r\n1=CMD_N6012024\r\n"
+                                                    "[CMD_N6012024]\r\nCMDid=N601\r\n");
+    const Outcome text = run({"export", "--recursive", "--no-folder-rows", "--commands", commands, "--contrast",
+                              "out/list.txt", "--encoding", "utf8", "--separator", "|", "d"});
+    ASSERT_EQ(text.code, 0) << text.err.toStdString();
+    QFile file(tree.path("out/list.txt"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray bytes = file.readAll();
+    EXPECT_TRUE(bytes.startsWith("\xEF\xBB\xBF"));
+    const QString lines = QString::fromUtf8(bytes);
+    EXPECT_TRUE(lines.contains("b|B\r\n"));
+    EXPECT_TRUE(lines.contains("报告|报告\r\n"));
+
+    for (const char* name : {"out/list.xls", "out/list.xlsx"}) {
+        const Outcome sheet = run({"export", "--recursive", "--no-folder-rows", "--commands", commands, "--contrast",
+                                   name, "--with-ext", "--sheet", "名单", "d"});
+        ASSERT_EQ(sheet.code, 0) << sheet.err.toStdString();
+        const auto read = test::readSpreadsheet(tree.path(name));
+        ASSERT_TRUE(read) << name;
+        EXPECT_EQ(read->front().name, "名单");
+        ASSERT_EQ(read->front().rows.size(), 2u);
+        for (const QStringList& row : read->front().rows)
+            EXPECT_TRUE(row == (QStringList{"b.txt", "B.txt"}) || row == (QStringList{"报告.txt", "报告.txt"})) << name;
+    }
+}
+
 TEST_F(CliBinary, SettingsFileIsNeverWritten)
 {
     const QByteArray settings = "\xEF\xBB\xBF[Operation Config]\r\nFlagFindDeepin=0\r\nApplyConfirm=1\r\n";
@@ -247,7 +278,10 @@ TEST_F(CliBinary, ExitCodes)
         {{"import"}, 2},
         {{"import", "--programme", "missing.txt"}, 2},
         {{"import", "--programme", "bad.txt", "--apply"}, 2},
-        {{"export", "--contrast", "c.txt", "d"}, 2},
+        {{"export", "d"}, 2},
+        {{"export", "--contrast", "c.txt", "--encoding", "ebcdic", "d"}, 2},
+        {{"export", "--contrast", "c.xls", "--old-column", "0", "d"}, 2},
+        {{"preview", "--encoding", "utf8", "d"}, 2},
         {{"undo", "--snapshot", "missing.txt"}, 2},
         {{"undo"}, 2},
         // Simple rename does not order a swap: the first rename finds its target taken.
