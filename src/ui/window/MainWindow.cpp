@@ -32,6 +32,7 @@
 #include "ui/models/CommandListModel.h"
 #include "ui/models/MessageModel.h"
 #include "ui/models/RenameListModel.h"
+#include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/window/FunctionPanel.h"
 #include "ui/window/LoadBar.h"
 
@@ -141,6 +142,10 @@ QWidget* MainWindow::buildFileRenamePage()
     m_panel = new FunctionPanel(page);
     m_panel->setObjectName(QStringLiteral("FunctionPanel"));
     m_panel->setMinimumWidth(300);
+    auto* normal = new TFrameFileRenameNormal(m_session);
+    // Its forms go through the window's modal runner, as every other dialog does.
+    normal->setDialogRunner([this](QDialog& dialog) { return m_interaction.runModal(dialog); });
+    m_panel->addPage(tr("1.N.普通更名"), {QStringLiteral("N1"), QStringLiteral("N2"), QStringLiteral("N4")}, normal);
 
     m_loadBar = new LoadBar(m_session, page);
     m_renameModel = new RenameListModel(m_session.renameList(), this);
