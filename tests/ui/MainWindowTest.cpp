@@ -21,11 +21,13 @@
 
 #include "DialogScript.h"
 #include "commands/ExtensionCommands.h"
+#include "commands/NormalCommands.h"
 #include "core/CommandList.h"
 #include "core/SettingsKeys.h"
 #include "ui/dialogs/FileDialogs.h"
 #include "ui/models/CommandListModel.h"
 #include "ui/models/RenameListModel.h"
+#include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/window/FunctionPanel.h"
 #include "ui/window/LoadBar.h"
 #include "ui/window/MainWindow.h"
@@ -158,6 +160,47 @@ TEST_F(WindowTest, LoadsAFolderAppliesAndUndoes)
     EXPECT_FALSE(exists("w/sub/照片.md"));
     EXPECT_EQ(cell(photo, RenameListModel::ColExt), ".txt");
     EXPECT_FALSE(window.action("MMenuGoBack")->isEnabled());
+    EXPECT_TRUE(script.unexpected.isEmpty()) << script.unexpected.join(',').toStdString();
+}
+
+// The whole path a user takes, through the real replace section of the normal page.
+TEST_F(WindowTest, AReplaceTypedOnTheNormalPageIsAppliedAndUndone)
+{
+    registerNormalCommands(session().pipeline().registry());
+    tree.file("w/holiday photo.jpg", "a");
+    tree.file("w/photo list.txt", "b");
+    loadFolder(tree.path("w"));
+    ASSERT_EQ(grid().rowCount(), 2);
+
+    auto* page = window.findChild<TFrameFileRenameNormal*>();
+    ASSERT_NE(page, nullptr);
+    QTest::mouseClick(page->findChild<QAbstractButton*>("RadioButtonN2Search"), Qt::LeftButton);
+    const auto type = [&](const char* box, const QString& text) {
+        QLineEdit* edit = page->findChild<QComboBox*>(box)->lineEdit();
+        edit->setFocus();
+        for (QChar c : text)
+            QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
+    };
+    type("ComboBoxN2Search", "photo");
+    type("ComboBoxN2Replace", "照片");
+    ASSERT_EQ(window.commandGrid()->model()->rowCount(), 1);
+    EXPECT_EQ(window.commandGrid()->model()->index(0, CommandListModel::ColComment).data().toString(), "查找替换字符串");
+    QStringList names = column(RenameListModel::ColNewName);
+    names.sort();
+    EXPECT_EQ(names, (QStringList{"holiday 照片", "照片 list"}));
+
+    script.on("apply.confirm", click("确定"));
+    script.on("TGoRenameOKForm", click("关闭(&C)"));
+    window.action("MMenuGoRename")->trigger();
+    EXPECT_TRUE(exists("w/holiday 照片.jpg"));
+    EXPECT_TRUE(exists("w/照片 list.txt"));
+    for (const FileEntry& row : session().renameList().rows())
+        EXPECT_EQ(row.state, 0);
+
+    script.on("undo.confirm", click("确定"));
+    window.action("MMenuGoBack")->trigger();
+    EXPECT_TRUE(exists("w/holiday photo.jpg"));
+    EXPECT_TRUE(exists("w/photo list.txt"));
     EXPECT_TRUE(script.unexpected.isEmpty()) << script.unexpected.join(',').toStdString();
 }
 
