@@ -57,6 +57,15 @@ qsizetype find(QStringView text, QStringView needle, qsizetype from, Qt::CaseSen
     return -1;
 }
 
+qsizetype find(QStringView text, const QStringMatcher& matcher, qsizetype length, qsizetype from)
+{
+    for (qsizetype at = matcher.indexIn(text, std::max<qsizetype>(from, 0)); at >= 0; at = matcher.indexIn(text, at + 1)) {
+        if (!splitsPair(text, at) && !splitsPair(text, at + length))
+            return at;
+    }
+    return -1;
+}
+
 qsizetype countOccurrences(QStringView text, QStringView needle)
 {
     qsizetype count = 0;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringMatcher>
 #include <QStringView>
 
 namespace qp::nametext {
@@ -29,6 +30,10 @@ Run wholeCharacters(QStringView text, qsizetype start, qsizetype count);
 // boundaries; -1 when there is none or the needle is empty.
 qsizetype find(QStringView text, QStringView needle, qsizetype from,
                Qt::CaseSensitivity cs = Qt::CaseSensitive);
+
+// The same with a matcher made once for many searches; `length` is its pattern's length,
+// which must not be 0.
+qsizetype find(QStringView text, const QStringMatcher& matcher, qsizetype length, qsizetype from);
 
 // Occurrences counted left to right without overlap (after a hit the search goes on
 // behind it); an empty needle occurs 0 times.

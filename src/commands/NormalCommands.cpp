@@ -195,6 +195,7 @@ public:
         if (!find.contains(QLatin1Char('|'))) {
             m_finds.append(find);
             m_replacements.emplace_back(replace);
+            makeMatchers();
             return;
         }
         // The i-th find item pairs with the i-th replacement item; a find item without a
@@ -203,6 +204,15 @@ public:
         const QStringList replacements = replace.split(QLatin1Char('|'));
         for (qsizetype i = 0; i < m_finds.size(); ++i)
             m_replacements.emplace_back(i < replacements.size() ? replacements[i] : QString());
+        makeMatchers();
+    }
+
+    // Searching with a matcher made once per run spares the per-row setup of a search
+    // without regard to case.
+    void makeMatchers()
+    {
+        for (const QString& find : std::as_const(m_finds))
+            m_matchers.emplace_back(find, m_case);
     }
 
     void apply(const CommandContext& context, QString& name, QString&) override
@@ -230,8 +240,9 @@ private:
     {
         m_hits.clear();
         const QString& find = m_finds[item];
-        for (qsizetype at = nametext::find(name, find, 0, m_case); at >= 0;
-             at = nametext::find(name, find, at + find.size(), m_case))
+        const QStringMatcher& matcher = m_matchers[size_t(item)];
+        for (qsizetype at = find.isEmpty() ? -1 : nametext::find(name, matcher, find.size(), 0); at >= 0;
+             at = nametext::find(name, matcher, find.size(), at + find.size()))
             m_hits.push_back({at, at + find.size(), item});
         if (m_hits.empty())
             return name;
@@ -289,8 +300,8 @@ private:
             if (piece.item >= 0)
                 continue;
             const QStringView stretch = QStringView(name).sliced(piece.from, piece.to - piece.from);
-            for (qsizetype at = nametext::find(stretch, find, 0, m_case); at >= 0;
-                 at = nametext::find(stretch, find, at + find.size(), m_case))
+            for (qsizetype at = nametext::find(stretch, m_matchers[size_t(item)], find.size(), 0); at >= 0;
+                 at = nametext::find(stretch, m_matchers[size_t(item)], find.size(), at + find.size()))
                 m_hits.push_back({piece.from + at, piece.from + at + find.size(), item});
         }
         if (m_hits.empty())
@@ -320,6 +331,7 @@ private:
     }
 
     QStringList m_finds;
+    std::vector<QStringMatcher> m_matchers;
     std::vector<MetaExpression> m_replacements;
     OccurrenceSet m_occurrences;
     Qt::CaseSensitivity m_case;
@@ -742,11 +754,12 @@ QString capitalisedPieces(QString name, bool lowerRest, const QString& separator
             cuts.append(at);
     }
     cuts.append(name.size());
+    QChar* text = name.data();  // detaches once, not once per character
     qsizetype start = 0;
     for (const qsizetype end : cuts) {
         for (qsizetype i = start; i < end; ++i) {
-            const char16_t c = name[i].unicode();
-            name[i] = QChar(i == start ? asciiUpper(c) : lowerRest ? asciiLower(c) : c);
+            const char16_t c = text[i].unicode();
+            text[i] = QChar(i == start ? asciiUpper(c) : lowerRest ? asciiLower(c) : c);
         }
         start = end + separator.size();
     }
