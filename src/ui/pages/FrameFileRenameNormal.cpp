@@ -34,236 +34,37 @@ namespace qp::ui {
 namespace {
 
 const QString kPresetPrompt = QStringLiteral("请选择预设字符集");
-constexpr int kIndent = 22;  // sub-rows line up under the text of their option
 
 }  // namespace
-
-// One section: its controls, what each writes into the command's section, and the option
-// that gives the sub-code. The builders create a control, register how it is stored and
-// wire it to the section's selection handler.
-struct TFrameFileRenameNormal::Group {
-    using Writer = std::function<void(SettingsStore&, const QString&)>;
-
-    Group(TFrameFileRenameNormal& frame, QString code, const QString& title, void (TFrameFileRenameNormal::*handler)())
-        : frame(frame)
-        , code(std::move(code))
-        , handler(handler)
-    {
-        box = new QGroupBox(title, frame.m_content);
-        box->setObjectName(QStringLiteral("GroupBox") + this->code);
-        rows = new QVBoxLayout(box);
-        rows->setContentsMargins(6, 4, 6, 6);
-        rows->setSpacing(3);
-        options = new QButtonGroup(box);
-    }
-
-    void changed() { (frame.*handler)(); }
-
-    QString subCode() const
-    {
-        if (computedSubCode)
-            return computedSubCode();
-        for (const auto& [radio, sub] : subCodes) {
-            if (radio->isChecked())
-                return sub;
-        }
-        return {};
-    }
-
-    // "保持不变", then the section's "Ok" button at the end of the first row.
-    QRadioButton* keepOption()
-    {
-        keep = new QRadioButton(tr("保持不变"), box);
-        keep->setObjectName(QStringLiteral("RadioButton%1Keep").arg(code));
-        keep->setChecked(true);
-        options->addButton(keep);
-        QObject::connect(keep, &QRadioButton::clicked, &frame, [this] { changed(); });
-        ok = new QPushButton(QStringLiteral("Ok"), box);
-        ok->setObjectName(QStringLiteral("PushButton%1Ok").arg(code));
-        ok->setEnabled(false);
-        ok->setAutoDefault(false);
-        ok->setToolTip(tr("把本组的设置作为一条命令加入命令列表，并结束这条命令"));
-        QObject::connect(keep, &QRadioButton::toggled, ok, [this](bool on) { ok->setEnabled(!on); });
-        QObject::connect(ok, &QPushButton::clicked, &frame, [this] { frame.okClick(*this); });
-        return keep;
-    }
-
-    // An option of the section; choosing it gives `sub`.
-    QRadioButton* option(const QString& name, const QString& caption, const QString& sub, const QString& key)
-    {
-        QRadioButton* radio = choice(options, name, caption, key, false);
-        subCodes.emplace_back(radio, sub);
-        return radio;
-    }
-
-    // A radio button of one of the section's sets (placement, fill character …).
-    QRadioButton* choice(QButtonGroup* set, const QString& name, const QString& caption, const QString& key, bool checked)
-    {
-        auto* radio = new QRadioButton(caption, box);
-        radio->setObjectName(name);
-        radio->setChecked(checked);
-        set->addButton(radio);
-        if (!key.isEmpty())
-            writers.push_back([radio, key](SettingsStore& s, const QString& section) { s.writeBool(section, key, radio->isChecked()); });
-        QObject::connect(radio, &QRadioButton::clicked, &frame, [this] { changed(); });
-        return radio;
-    }
-
-    QCheckBox* check(const QString& name, const QString& caption, const QString& key, bool checked)
-    {
-        auto* box_ = new QCheckBox(caption, box);
-        box_->setObjectName(name);
-        box_->setChecked(checked);
-        writers.push_back([box_, key](SettingsStore& s, const QString& section) { s.writeBool(section, key, box_->isChecked()); });
-        QObject::connect(box_, &QCheckBox::clicked, &frame, [this] { changed(); });
-        return box_;
-    }
-
-    QSpinBox* spin(const QString& name, const QString& key, int minimum, int maximum, int value)
-    {
-        auto* spin_ = new QSpinBox(box);
-        spin_->setObjectName(name);
-        spin_->setRange(minimum, maximum);
-        spin_->setValue(value);
-        // Ten digits and a sign would make the start and step boxes as wide as a text box.
-        spin_->setMaximumWidth(spin_->fontMetrics().horizontalAdvance(QStringLiteral("-00000000")) + 32);
-        writers.push_back([spin_, key](SettingsStore& s, const QString& section) { s.writeInt(section, key, spin_->value()); });
-        QObject::connect(spin_, &QSpinBox::valueChanged, &frame, [this] { changed(); });
-        return spin_;
-    }
-
-    // A fixed list whose stored value is the index of the chosen entry.
-    QComboBox* list(const QString& name, const QString& key, const QStringList& items, int index)
-    {
-        auto* list_ = new QComboBox(box);
-        list_->setObjectName(name);
-        list_->addItems(items);
-        list_->setCurrentIndex(index);
-        if (!key.isEmpty())
-            writers.push_back([list_, key](SettingsStore& s, const QString& section) { s.writeInt(section, key, list_->currentIndex()); });
-        QObject::connect(list_, &QComboBox::currentIndexChanged, &frame, [this] { changed(); });
-        return list_;
-    }
-
-    // A text box with its drop-down history.
-    HistoryComboBox* text(const QString& name, const QString& key, const QString& initial = {}, int width = 12)
-    {
-        auto* text_ = new HistoryComboBox(frame.m_session.settings(), name, box);
-        text_->setMinimumContentsLength(width);
-        text_->setTextQuietly(initial);
-        texts.push_back(text_);
-        if (!key.isEmpty())
-            writers.push_back([text_, key](SettingsStore& s, const QString& section) { s.writeString(section, key, text_->currentText()); });
-        QObject::connect(text_, &QComboBox::editTextChanged, &frame, [this] { changed(); });
-        return text_;
-    }
-
-    // The "元变量" button beside an expression text box.
-    QToolButton* metaButton(HistoryComboBox* target)
-    {
-        auto* button = new QToolButton(box);
-        button->setObjectName(QStringLiteral("ToolButton") + target->objectName().mid(8) + QStringLiteral("Meta"));
-        button->setText(tr("元变量"));
-        button->setPopupMode(QToolButton::InstantPopup);
-        button->setMenu(frame.m_inserter->createMenu(target->lineEdit(), button));
-        return button;
-    }
-
-    QPushButton* button(const QString& name, const QString& caption)
-    {
-        auto* button_ = new QPushButton(caption, box);
-        button_->setObjectName(name);
-        button_->setAutoDefault(false);
-        return button_;
-    }
-
-    QLabel* label(const QString& caption) { return new QLabel(caption, box); }
-
-    QLabel* hint(const QString& caption)
-    {
-        QLabel* l = label(caption);
-        QPalette palette = l->palette();
-        palette.setColor(QPalette::WindowText, palette.color(QPalette::PlaceholderText));
-        l->setPalette(palette);
-        return l;
-    }
-
-    // One line of controls, indented under the options when `indent`.
-    QHBoxLayout* row(std::initializer_list<QWidget*> widgets, bool indent = false)
-    {
-        auto* line = new QHBoxLayout;
-        line->setSpacing(4);
-        if (indent)
-            line->addSpacing(kIndent);
-        for (QWidget* w : widgets)
-            line->addWidget(w);
-        line->addStretch(1);
-        rows->addLayout(line);
-        return line;
-    }
-
-    TFrameFileRenameNormal& frame;
-    QString code;
-    void (TFrameFileRenameNormal::*handler)();
-    QGroupBox* box = nullptr;
-    QVBoxLayout* rows = nullptr;
-    QButtonGroup* options = nullptr;
-    QRadioButton* keep = nullptr;
-    QPushButton* ok = nullptr;
-    std::vector<std::pair<QRadioButton*, QString>> subCodes;
-    std::function<QString()> computedSubCode;
-    std::vector<Writer> writers;
-    std::vector<HistoryComboBox*> texts;
-};
 
 // ---------------------------------------------------------------------------------------
 
 TFrameFileRenameNormal::TFrameFileRenameNormal(Session& session, QWidget* parent)
-    : QWidget(parent)
-    , m_session(session)
+    : FunctionPage(session, QStringLiteral("TFrameFileRenameNormal"), QStringLiteral("ScrollBoxNormal"), parent)
 {
-    setObjectName(QStringLiteral("TFrameFileRenameNormal"));
-    m_quiet = true;
-    m_inserter = new MetaVariableInserter(session, this);
-
-    auto* outer = new QVBoxLayout(this);
-    outer->setContentsMargins(0, 0, 0, 0);
-    m_scroll = new QScrollArea(this);
-    m_scroll->setObjectName(QStringLiteral("ScrollBoxNormal"));
-    m_scroll->setWidgetResizable(true);
-    m_scroll->setFrameShape(QFrame::NoFrame);
-    outer->addWidget(m_scroll);
-    m_content = new QWidget;
-    auto* sections = new QVBoxLayout(m_content);
-    sections->setContentsMargins(4, 4, 4, 4);
-    sections->setSpacing(6);
-
-    buildN1(newGroup(QStringLiteral("N1"), tr("1.N.1.添加与补齐"), &TFrameFileRenameNormal::N1_SelectedClick));
-    buildN2(newGroup(QStringLiteral("N2"), tr("1.N.2.替换"), &TFrameFileRenameNormal::N2_SelectedClick));
-    buildN3(newGroup(QStringLiteral("N3"), tr("1.N.3.删除与保留"), &TFrameFileRenameNormal::N3_SelectedClick));
-    buildN4(newGroup(QStringLiteral("N4"), tr("1.N.4.自动编号"), &TFrameFileRenameNormal::N4_SelectedClick));
-    buildN5(newGroup(QStringLiteral("N5"), tr("1.N.5.移动"), &TFrameFileRenameNormal::N5_SelectedClick));
-    buildN6(newGroup(QStringLiteral("N6"), tr("1.N.6.字母大小写"), &TFrameFileRenameNormal::N6_SelectedClick));
-    for (const auto& group : m_groups)
-        sections->addWidget(group->box);
-    sections->addStretch(1);
-    m_scroll->setWidget(m_content);
-    m_quiet = false;
+    m_n[0] = &addSection(QStringLiteral("N1"), tr("1.N.1.添加与补齐"), [this] { N1_SelectedClick(); });
+    m_n[1] = &addSection(QStringLiteral("N2"), tr("1.N.2.替换"), [this] { N2_SelectedClick(); });
+    m_n[2] = &addSection(QStringLiteral("N3"), tr("1.N.3.删除与保留"), [this] { N3_SelectedClick(); });
+    m_n[3] = &addSection(QStringLiteral("N4"), tr("1.N.4.自动编号"), [this] { N4_SelectedClick(); });
+    m_n[4] = &addSection(QStringLiteral("N5"), tr("1.N.5.移动"), [this] { N5_SelectedClick(); });
+    m_n[5] = &addSection(QStringLiteral("N6"), tr("1.N.6.字母大小写"), [this] { N6_SelectedClick(); });
+    buildN1(*m_n[0]);
+    buildN2(*m_n[1]);
+    buildN3(*m_n[2]);
+    buildN4(*m_n[3]);
+    buildN5(*m_n[4]);
+    buildN6(*m_n[5]);
+    finishSections();
 }
 
 TFrameFileRenameNormal::~TFrameFileRenameNormal() = default;
 
-TFrameFileRenameNormal::Group& TFrameFileRenameNormal::newGroup(const QString& code, const QString& title,
-                                                                void (TFrameFileRenameNormal::*handler)())
-{
-    m_groups.push_back(std::make_unique<Group>(*this, code, title, handler));
-    return *m_groups.back();
-}
+QString TFrameFileRenameNormal::commentOf(const QString& subCode) const { return normalCommandComment(subCode); }
 
 // ---------------------------------------------------------------------------------------
 // The sections
 
-void TFrameFileRenameNormal::buildN1(Group& g)
+void TFrameFileRenameNormal::buildN1(PageSection& g)
 {
     QRadioButton* keep = g.keepOption();
     QRadioButton* direct = g.option(QStringLiteral("RadioButtonN1AddDirect"), tr("直接添加"), QStringLiteral("N101"), QStringLiteral("N1_AddDirect"));
@@ -302,7 +103,7 @@ void TFrameFileRenameNormal::buildN1(Group& g)
           true);
 }
 
-void TFrameFileRenameNormal::buildN2(Group& g)
+void TFrameFileRenameNormal::buildN2(PageSection& g)
 {
     g.row({g.keepOption()})->addWidget(g.ok);
 
@@ -331,7 +132,7 @@ void TFrameFileRenameNormal::buildN2(Group& g)
            g.check(QStringLiteral("CheckBoxN2SearchIncludeLR"), tr("含间隔符"), QStringLiteral("N2_SearchIncludeLRFlag"), false)});
 }
 
-void TFrameFileRenameNormal::buildN3(Group& g)
+void TFrameFileRenameNormal::buildN3(PageSection& g)
 {
     QRadioButton* keep = g.keepOption();
     g.row({keep, g.option(QStringLiteral("RadioButtonN3DelWhole"), tr("清空文件名"), QStringLiteral("N301"), QStringLiteral("N3_DelWhole")),
@@ -382,7 +183,7 @@ void TFrameFileRenameNormal::buildN3(Group& g)
     g.row({g.label(tr("预设字符集")), presets}, true);
 }
 
-void TFrameFileRenameNormal::buildN4(Group& g)
+void TFrameFileRenameNormal::buildN4(PageSection& g)
 {
     g.row({g.keepOption()})->addWidget(g.ok);
 
@@ -450,7 +251,7 @@ void TFrameFileRenameNormal::buildN4(Group& g)
     g.row({m_assignButton, m_assignList}, true);
 }
 
-void TFrameFileRenameNormal::buildN5(Group& g)
+void TFrameFileRenameNormal::buildN5(PageSection& g)
 {
     g.row({g.keepOption()})->addWidget(g.ok);
     g.row({g.option(QStringLiteral("RadioButtonN5Move"), tr("子字符串：从位置"), QStringLiteral("N501"), QStringLiteral("N5_Move")),
@@ -470,7 +271,7 @@ void TFrameFileRenameNormal::buildN5(Group& g)
           true);
 }
 
-void TFrameFileRenameNormal::buildN6(Group& g)
+void TFrameFileRenameNormal::buildN6(PageSection& g)
 {
     QRadioButton* keep = g.keepOption();
     auto* change = new QRadioButton(tr("转换为："), g.box);
@@ -510,54 +311,12 @@ void TFrameFileRenameNormal::buildN6(Group& g)
 // ---------------------------------------------------------------------------------------
 // Recording
 
-void TFrameFileRenameNormal::N1_SelectedClick() { selectedClick(*m_groups[0]); }
-void TFrameFileRenameNormal::N2_SelectedClick() { selectedClick(*m_groups[1]); }
-void TFrameFileRenameNormal::N3_SelectedClick() { selectedClick(*m_groups[2]); }
-void TFrameFileRenameNormal::N4_SelectedClick() { selectedClick(*m_groups[3]); }
-void TFrameFileRenameNormal::N5_SelectedClick() { selectedClick(*m_groups[4]); }
-void TFrameFileRenameNormal::N6_SelectedClick() { selectedClick(*m_groups[5]); }
-
-RecordAnswer TFrameFileRenameNormal::selectedClick(Group& group)
-{
-    if (m_quiet)
-        return {};
-    // Running the commands disables the window, which takes the keyboard focus from the box
-    // being typed in; it is given back afterwards so that the typing carries on.
-    const QPointer<QWidget> focus = window()->focusWidget();
-    const auto giveFocusBack = qScopeGuard([&] {
-        if (focus && isAncestorOf(focus) && focus->isEnabled() && !focus->hasFocus())
-            focus->setFocus(Qt::OtherFocusReason);
-    });
-    const CommandList& list = m_session.commandList();
-    const auto before = std::make_tuple(list.size(), list.lastIsOpen());
-    const RecordAnswer answer = recordCommand(m_session, group.code, group.keep->isChecked());
-    if (answer.write)
-        writeAndRun(group, answer);
-    updateAssignState();
-    if (answer.write || answer.removed || before != std::make_tuple(list.size(), list.lastIsOpen()))
-        emit commandChanged();
-    return answer;
-}
-
-void TFrameFileRenameNormal::writeAndRun(Group& group, const RecordAnswer& answer)
-{
-    SettingsStore& settings = m_session.settings();
-    const QString subCode = group.subCode();
-    // Written on every change, not only for a new command: switching "直接添加" to
-    // "补齐添加" changes the open command's sub-code in place.
-    m_session.commandList().describe(answer.section, subCode, normalCommandComment(subCode));
-    for (const Group::Writer& write : group.writers)
-        write(settings, answer.section);
-
-    // A new command is applied on top of the present new names. An updated one is not: its
-    // earlier version is already in those names, and the new version on top of them would
-    // apply both (typing "aa" as the replacement of "a" would double every "a" once per
-    // keystroke). The whole list then runs again from the current names.
-    if (answer.created)
-        m_session.pipeline().runOne(answer.section);
-    else
-        m_session.pipeline().runAll(false);
-}
+void TFrameFileRenameNormal::N1_SelectedClick() { selectedClick(*m_n[0]); }
+void TFrameFileRenameNormal::N2_SelectedClick() { selectedClick(*m_n[1]); }
+void TFrameFileRenameNormal::N3_SelectedClick() { selectedClick(*m_n[2]); }
+void TFrameFileRenameNormal::N4_SelectedClick() { selectedClick(*m_n[3]); }
+void TFrameFileRenameNormal::N5_SelectedClick() { selectedClick(*m_n[4]); }
+void TFrameFileRenameNormal::N6_SelectedClick() { selectedClick(*m_n[5]); }
 
 void TFrameFileRenameNormal::updateAssignState()
 {
@@ -574,63 +333,8 @@ void TFrameFileRenameNormal::showEvent(QShowEvent* event)
     QWidget::showEvent(event);
 }
 
-void TFrameFileRenameNormal::okClick(Group& group)
-{
-    for (HistoryComboBox* text : group.texts)
-        text->remember();
-    if (!selectedClick(group).write)
-        return;
-    // The command is complete: end it, and show the section as having nothing pending, so
-    // that a later change starts a new command instead of silently adding to this one.
-    m_session.commandList().endCurrent();
-    m_quiet = true;
-    group.keep->setChecked(true);
-    m_quiet = false;
-    emit commandChanged();
-}
-
 // ---------------------------------------------------------------------------------------
 // The page's own actions
-
-void TFrameFileRenameNormal::resetToUnchanged()
-{
-    m_quiet = true;
-    for (const auto& group : m_groups)
-        group->keep->setChecked(true);
-    m_quiet = false;
-}
-
-void TFrameFileRenameNormal::showSection(const QString& functionCode)
-{
-    QGroupBox* box = section(functionCode);
-    if (box == nullptr)
-        return;
-    m_content->layout()->activate();
-    m_scroll->verticalScrollBar()->setValue(box->geometry().top() - m_content->layout()->contentsMargins().top());
-}
-
-QGroupBox* TFrameFileRenameNormal::section(const QString& functionCode) const
-{
-    for (const auto& group : m_groups) {
-        if (group->code.compare(functionCode, Qt::CaseInsensitive) == 0)
-            return group->box;
-    }
-    return nullptr;
-}
-
-void TFrameFileRenameNormal::clearHistory()
-{
-    for (const auto& group : m_groups) {
-        for (HistoryComboBox* text : group->texts)
-            text->forgetHistory();
-    }
-}
-
-void TFrameFileRenameNormal::setDialogRunner(DialogRunner runner)
-{
-    m_runner = runner;
-    m_inserter->setDialogRunner(std::move(runner));
-}
 
 void TFrameFileRenameNormal::getLongestName()
 {

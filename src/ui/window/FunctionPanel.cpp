@@ -58,7 +58,12 @@ void FunctionPanel::setCurrentPage(int i)
 
 bool FunctionPanel::showPageFor(const QString& functionCode)
 {
-    const auto it = m_pageOfGroup.constFind(pageGroupOf(functionCode));
+    // A page that claims a whole family ("E") wins over the family's page group: the
+    // extension functions share a group with the numbering of the normal page, but have a
+    // page of their own.
+    auto it = m_pageOfGroup.constFind(functionCode.left(1).toUpper());
+    if (it == m_pageOfGroup.constEnd())
+        it = m_pageOfGroup.constFind(pageGroupOf(functionCode));
     if (it == m_pageOfGroup.constEnd())
         return false;
     setCurrentPage(*it);

@@ -1,7 +1,8 @@
 // The function panel beside the rename list: the function pages (add and pad, replace,
 // numbering, the extension functions, …), one shown at a time, chosen from a list of their
-// titles. Each page serves one or more page groups of pageGroupOf() ("N1", "N2", "A1_1", …),
-// so choosing a command in the command grid shows the page that made it.
+// titles. Each page serves one or more page groups of pageGroupOf() ("N1", "N2", "A1_1", …)
+// or a whole family by its letter ("E"), so choosing a command in the command grid shows the
+// page that made it.
 //
 // A page is added with one call:
 //
