@@ -252,6 +252,7 @@ void MainWindow::buildActions()
     addAction(QStringLiteral("MMenuFileExportProgramme"), tr("导出更名方案(&M)"), &MainWindow::exportProgramme);
     addAction(QStringLiteral("MMenuFileImportProgramme"), tr("导入更名方案或快照文件(&I)"),
               &MainWindow::importProgramme);
+    addAction(QStringLiteral("MMenuFileExportContrast"), tr("导出更名对照列表文件(&E)"), &MainWindow::exportContrast);
     addAction(QStringLiteral("MMenuFileExit"), tr("退出(&X)"), &MainWindow::exitProgram, QKeySequence::Quit);
 
     addAction(QStringLiteral("MMenuCMDEndCurrent"), tr("结束当前命令（插入空命令）"), &MainWindow::endCommand,
@@ -277,6 +278,7 @@ void MainWindow::buildActions()
     addAction(QStringLiteral("MMenuGoBack"), tr("撤销上次更名操作"), &MainWindow::undo,
               QKeySequence(Qt::CTRL | Qt::Key_Z))
         ->setIcon(style->standardIcon(QStyle::SP_ArrowBack));
+    addAction(QStringLiteral("MMenuGoExportSnapshot"), tr("查看和导出快照文件(&V)"), &MainWindow::showSnapshots);
 
     addAction(QStringLiteral("PMenuNGFileRenameTickAll"), tr("全部选择"), &MainWindow::tickAll);
     addAction(QStringLiteral("PMenuNGFileRenameTickNone"), tr("全部不选"), &MainWindow::tickNone);
@@ -333,7 +335,7 @@ void MainWindow::buildMenus()
     file->addSeparator();
     file->addAction(action(QStringLiteral("MMenuFileExportProgramme")));
     file->addAction(action(QStringLiteral("MMenuFileImportProgramme")));
-    // Later: the export of the old/new contrast list goes here.
+    file->addAction(action(QStringLiteral("MMenuFileExportContrast")));
     file->addSeparator();
     file->addAction(action(QStringLiteral("MMenuFileExit")));
 
@@ -354,7 +356,8 @@ void MainWindow::buildMenus()
     go->addAction(action(QStringLiteral("MMenuGoPreview")));
     go->addAction(action(QStringLiteral("MMenuGoRename")));
     go->addAction(action(QStringLiteral("MMenuGoBack")));
-    // Later: the snapshot viewer ("查看和导出快照文件") goes here.
+    go->addSeparator();
+    go->addAction(action(QStringLiteral("MMenuGoExportSnapshot")));
 
     QMenu* settings = menuBar()->addMenu(tr("设置(&S)"));
     settings->addAction(action(QStringLiteral("MMenuSetAutoPreview")));
@@ -475,7 +478,8 @@ void MainWindow::updateActions()
 {
     const bool rows = !m_session.renameList().isEmpty();
     const CommandList& commands = m_session.commandList();
-    for (const char* name : {"MMenuGoPreview", "MMenuGoRename", "MMenuFileExportProgramme", "PMenuNGFileRenameTickAll",
+    for (const char* name : {"MMenuGoPreview", "MMenuGoRename", "MMenuFileExportProgramme", "MMenuFileExportContrast",
+                             "PMenuNGFileRenameTickAll",
                              "PMenuNGFileRenameTickNone", "PMenuNGFileRenameTickInvert", "PMenuNGFileRenameRemove",
                              "PMenuNGFileRenameClear"})
         action(QLatin1String(name))->setEnabled(rows);
@@ -484,6 +488,7 @@ void MainWindow::updateActions()
         action(QLatin1String(name))->setEnabled(!commands.isEmpty());
     action(QStringLiteral("MMenuCMDEndCurrent"))->setEnabled(rows && commands.lastIsOpen());
     action(QStringLiteral("MMenuGoBack"))->setEnabled(m_session.applyCounter() > 0);
+    action(QStringLiteral("MMenuGoExportSnapshot"))->setEnabled(m_session.applyCounter() > 0);
     action(QStringLiteral("MMenuSetClearHistory"))->setEnabled(m_panel->hasHistories());
     m_rowCount->setText(tr("更名文件列表对象 %1 个").arg(m_session.renameList().size()));
 }

@@ -134,7 +134,10 @@ private:
     void apply();
     void undo();
     void showCompletion(const ApplyResult& result);
-    bool saveSnapshotCopy(const QString& snapshotFile);
+    // "查看和导出快照文件"; true when a snapshot was saved.
+    bool viewSnapshots();
+    void showSnapshots() { viewSnapshots(); }
+    void exportContrast();
     // The rename grid.
     void tickAll();
     void tickNone();

@@ -19,6 +19,7 @@
 #include "execution/Preview.h"
 #include "execution/RenameRunner.h"
 #include "execution/Undo.h"
+#include "ui/dialogs/ExportForms.h"
 #include "ui/dialogs/FileDialogs.h"
 #include "ui/dialogs/GoRenameOKForm.h"
 #include "ui/dialogs/GuiApplyDialogs.h"
@@ -33,7 +34,6 @@ namespace qp::ui {
 namespace {
 
 const QString kHintTitle = QStringLiteral("温馨提示");
-const QString kSnapshotFolderKey = QStringLiteral("OpenDialogInitialDirMMenuGoExportSnapshot");
 const QString kApplyDialogShow = QStringLiteral("ApplyConfirmDlgShow");
 const QString kCommandFileFolderKey = QStringLiteral("OpenDialogInitialDirMMenuCMDLoadFromFile");
 
@@ -302,32 +302,25 @@ void MainWindow::showCompletion(const ApplyResult& result)
 #endif
     TGoRenameOKForm form(result.summary, result.snapshotPath, uacNote,
                          m_session.settings().readBool(keys::kOperation, kApplyDialogShow, true), this);
-    const QString snapshot = result.snapshotPath;
-    form.setSaveSnapshot([this, snapshot] { return saveSnapshotCopy(snapshot); });
+    // The viewer opens on this apply, the newest one.
+    form.setSaveSnapshot([this] { return viewSnapshots(); });
     m_interaction.runModal(form);
     m_session.settings().writeBool(keys::kOperation, kApplyDialogShow, form.alwaysShow());
     scheduleSave();
 }
 
-bool MainWindow::saveSnapshotCopy(const QString& snapshotFile)
+bool MainWindow::viewSnapshots()
 {
-    const QString target = chooseFile(
-        m_interaction, this, m_session,
-        FileDialogOptions{tr("保存快照文件"), tr("快照文件 (*.txt)"), QStringLiteral("txt"), kSnapshotFolderKey, true});
-    if (target.isEmpty())
-        return false;
     DiskOperations disk;
-    const auto bytes = disk.readFile(snapshotFile);
-    QString error;
-    if (!bytes || !disk.writeFileAtomically(target, *bytes, &error)) {
-        m_interaction.notify(Notice{QStringLiteral("snapshot.copyFailed"), kHintTitle,
-                                    tr("快照文件导出失败：%1").arg(nativeSeparators(bytes ? target : snapshotFile)),
-                                    Icon::Warning});
-        return false;
-    }
-    m_interaction.notify(
-        Notice{QStringLiteral("snapshot.copied"), kHintTitle, tr("快照文件导出成功！"), Icon::Information});
-    return true;
+    TExportSnapshotForm form(m_session, m_interaction, disk, this);
+    return m_interaction.runModal(form) == QDialog::Accepted;
+}
+
+void MainWindow::exportContrast()
+{
+    DiskOperations disk;
+    TExportContrastFileForm form(m_session, m_interaction, disk, this);
+    m_interaction.runModal(form);
 }
 
 void MainWindow::undo()
