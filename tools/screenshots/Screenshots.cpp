@@ -158,6 +158,8 @@ int main(int argc, char* argv[])
     window.setModalRunner(grabAndAnswer);
     window.action(QStringLiteral("MMenuGoRename"))->trigger();
     save(window, QStringLiteral("main-window-applied"));
+    window.action(QStringLiteral("MMenuGoExportSnapshot"))->trigger();
+    window.action(QStringLiteral("MMenuFileExportContrast"))->trigger();
     window.action(QStringLiteral("MMenuGoBack"))->trigger();
 
     return g_written > 0 ? 0 : 1;
