@@ -90,7 +90,7 @@ int main(int argc, char* argv[])
     presets->hidePopup();
 
     TFrameFileRenameExt ext(session);
-    ext.resize(780, 640);
+    ext.resize(340, 900);  // about the width of the panel beside the rename list
     ext.findChild<QRadioButton*>(QStringLiteral("RadioButtonE1AddRight"))->click();
     ext.findChild<QComboBox*>(QStringLiteral("ComboBoxE1Content"))->setEditText(QStringLiteral("_old"));
     ok = save(ext, dir, QStringLiteral("ext-page.png")) && ok;

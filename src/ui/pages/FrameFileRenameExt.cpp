@@ -40,16 +40,18 @@ QString TFrameFileRenameExt::commentOf(const QString& subCode) const { return ex
 // ---------------------------------------------------------------------------------------
 // The sections
 
+// The panel beside the rename list is narrow, so every section starts with "保持不变" and
+// "Ok" on a line of their own and keeps its other lines short.
+
 void TFrameFileRenameExt::buildE1(PageSection& g)
 {
-    g.row({g.keepOption(),
-           g.option(QStringLiteral("RadioButtonE1AddLeft"), tr("扩展名之前添加"), QStringLiteral("E101"), QStringLiteral("E1_AddLeft")),
-           g.option(QStringLiteral("RadioButtonE1AddRight"), tr("扩展名之后添加"), QStringLiteral("E102"), QStringLiteral("E1_AddRight")),
-           g.option(QStringLiteral("RadioButtonE1Search"), tr("查找替换"), QStringLiteral("E103"), QStringLiteral("E1_Search"))})
-        ->addWidget(g.ok);
-    // One text serves both: what is added, or what the found text becomes.
-    g.row({g.label(tr("内容")), g.text(QStringLiteral("ComboBoxE1Content"), QStringLiteral("E1_Content"), {}, 14)}, true);
-    g.row({g.label(tr("查找")), g.text(QStringLiteral("ComboBoxE1Search"), QStringLiteral("E1_SearchStr"), {}, 14),
+    g.row({g.keepOption()})->addWidget(g.ok);
+    g.row({g.option(QStringLiteral("RadioButtonE1AddLeft"), tr("扩展名之前添加"), QStringLiteral("E101"), QStringLiteral("E1_AddLeft")),
+           g.option(QStringLiteral("RadioButtonE1AddRight"), tr("扩展名之后添加"), QStringLiteral("E102"), QStringLiteral("E1_AddRight"))});
+    g.row({g.option(QStringLiteral("RadioButtonE1Search"), tr("查找替换"), QStringLiteral("E103"), QStringLiteral("E1_Search"))});
+    // One text serves all three: what is added, or what the found text becomes.
+    g.row({g.label(tr("内容")), g.text(QStringLiteral("ComboBoxE1Content"), QStringLiteral("E1_Content"), {}, 12)}, true);
+    g.row({g.label(tr("查找")), g.text(QStringLiteral("ComboBoxE1Search"), QStringLiteral("E1_SearchStr"), {}, 12),
            g.check(QStringLiteral("CheckBoxE1CaseFlag"), tr("区分大小写"), QStringLiteral("E1_CaseFlag"), false)},
           true);
     g.row({g.hint(tr("查找替换时，找到的文字换成“内容”"))}, true);
@@ -57,7 +59,7 @@ void TFrameFileRenameExt::buildE1(PageSection& g)
 
 void TFrameFileRenameExt::buildE2(PageSection& g)
 {
-    QRadioButton* keep = g.keepOption();
+    g.row({g.keepOption()})->addWidget(g.ok);
     // Emptying and dropping the extension share one stored selector; the sub-code tells
     // them apart.
     QRadioButton* clear = g.option(QStringLiteral("RadioButtonE2ClearExt"), tr("清空整个扩展名"), QStringLiteral("E201"), {});
@@ -65,25 +67,23 @@ void TFrameFileRenameExt::buildE2(PageSection& g)
     g.addWriter([clear, drop](SettingsStore& s, const QString& section) {
         s.writeBool(section, QStringLiteral("E2_DelExt"), clear->isChecked() || drop->isChecked());
     });
-    g.row({keep, clear, drop})->addWidget(g.ok);
-    g.row({g.hint(tr("删除后，文件名中最后一个“.”之后的部分成为新扩展名"))}, true);
+    g.row({clear, drop});
+    g.row({g.hint(tr("删除后，名称的最后一段成为扩展名"))}, true);
 
     g.row({g.option(QStringLiteral("RadioButtonE2DelExtChar"), tr("从位置"), QStringLiteral("E203"), QStringLiteral("E2_DelExtChar")),
            g.spin(QStringLiteral("SpinBoxE2DelExtCharFrom"), QStringLiteral("E2_DelExtCharFrom"), 1, 256, 1),
            g.list(QStringLiteral("ComboBoxE2DelOrKeep"), QStringLiteral("E2_DelOrKeep"), {tr("删除"), tr("保留")}, 0),
-           g.spin(QStringLiteral("SpinBoxE2DelExtCharTo"), QStringLiteral("E2_DelExtCharTo"), 1, 256, 1), g.label(tr("个字符")),
-           g.check(QStringLiteral("CheckBoxE2DelExtCharFromRight"), tr("从后计算"), QStringLiteral("E2_DelExtCharFromRight"), false)});
+           g.spin(QStringLiteral("SpinBoxE2DelExtCharTo"), QStringLiteral("E2_DelExtCharTo"), 1, 256, 1), g.label(tr("个字符"))});
+    g.row({g.check(QStringLiteral("CheckBoxE2DelExtCharFromRight"), tr("从后计算"), QStringLiteral("E2_DelExtCharFromRight"), false)}, true);
 }
 
 void TFrameFileRenameExt::buildE3(PageSection& g)
 {
     g.row({g.keepOption()})->addWidget(g.ok);
     g.row({g.option(QStringLiteral("RadioButtonE3AutoNumPos"), tr("插入位置"), QStringLiteral("E301"), QStringLiteral("E3_AutoNumPos")),
-           g.spin(QStringLiteral("SpinBoxE3InsertPos"), QStringLiteral("E3_InsertPos"), 0, 255, 0),
-           g.hint(tr("0 为扩展名最前"))});
+           g.spin(QStringLiteral("SpinBoxE3InsertPos"), QStringLiteral("E3_InsertPos"), 0, 255, 0), g.hint(tr("0 为最前"))});
     g.row({g.label(tr("始于")), g.spin(QStringLiteral("SpinBoxE3Start"), QStringLiteral("E3_Start"), INT_MIN, INT_MAX, 1),
-           g.label(tr("增量")), g.spin(QStringLiteral("SpinBoxE3Increment"), QStringLiteral("E3_Increment"), INT_MIN, INT_MAX, 1),
-           g.label(tr("位数")), g.spin(QStringLiteral("SpinBoxE3DigitUnits"), QStringLiteral("E3_DigitUnits"), 1, 255, 1)},
+           g.label(tr("增量")), g.spin(QStringLiteral("SpinBoxE3Increment"), QStringLiteral("E3_Increment"), INT_MIN, INT_MAX, 1)},
           true);
 
     QButtonGroup* form = g.newChoiceSet();
@@ -93,36 +93,35 @@ void TFrameFileRenameExt::buildE3(PageSection& g)
            g.choice(form, QStringLiteral("RadioButtonE3UpperCase"), tr("大写字母"), QStringLiteral("E3_UpperCase"), false)},
           true);
     QButtonGroup* fill = g.newChoiceSet();
-    g.row({g.label(tr("补位符")),
+    g.row({g.label(tr("位数")), g.spin(QStringLiteral("SpinBoxE3DigitUnits"), QStringLiteral("E3_DigitUnits"), 1, 255, 1),
+           g.label(tr("补位符")),
            g.choice(fill, QStringLiteral("RadioButtonE3AutoSupplement"), tr("自动"), QStringLiteral("E3_AutoSupplement"), true),
            g.choice(fill, QStringLiteral("RadioButtonE3ManualSupplement"), tr("自定义"), QStringLiteral("E3_ManualSupplement"), false),
-           g.line(QStringLiteral("EditE3SupplementText"), QStringLiteral("E3_SupplementText"), QStringLiteral("0"), 4)},
+           g.line(QStringLiteral("EditE3SupplementText"), QStringLiteral("E3_SupplementText"), QStringLiteral("0"), 3)},
           true);
 }
 
 void TFrameFileRenameExt::buildE4(PageSection& g)
 {
-    g.row({g.keepOption(),
-           g.option(QStringLiteral("RadioButtonE4AllCaseUpper"), tr("全部大写"), QStringLiteral("E401"), QStringLiteral("E4_AllCaseUpper")),
-           g.option(QStringLiteral("RadioButtonE4AllCaseLower"), tr("全部小写"), QStringLiteral("E402"), QStringLiteral("E4_AllCaseLower"))})
-        ->addWidget(g.ok);
+    g.row({g.keepOption()})->addWidget(g.ok);
+    g.row({g.option(QStringLiteral("RadioButtonE4AllCaseUpper"), tr("全部大写"), QStringLiteral("E401"), QStringLiteral("E4_AllCaseUpper")),
+           g.option(QStringLiteral("RadioButtonE4AllCaseLower"), tr("全部小写"), QStringLiteral("E402"), QStringLiteral("E4_AllCaseLower"))});
 }
 
 void TFrameFileRenameExt::buildE5(PageSection& g)
 {
     g.row({g.keepOption()})->addWidget(g.ok);
     g.row({g.option(QStringLiteral("RadioButtonE5Regex"), tr("表达式"), QStringLiteral("E501"), QStringLiteral("E5_Regex")),
-           g.text(QStringLiteral("ComboBoxE5Regex"), QStringLiteral("E5_RegexText"), {}, 12), g.label(tr("替换为")),
-           g.text(QStringLiteral("ComboBoxE5RegexReplace"), QStringLiteral("E5_RegexReplaceText"), {}, 10)});
-    g.row({g.hint(tr("作用于去掉“.”的扩展名；替换文本中可用 $1 引用分组"))}, true);
+           g.text(QStringLiteral("ComboBoxE5Regex"), QStringLiteral("E5_RegexText"), {}, 14)});
+    g.row({g.label(tr("替换为")), g.text(QStringLiteral("ComboBoxE5RegexReplace"), QStringLiteral("E5_RegexReplaceText"), {}, 14)}, true);
+    g.row({g.hint(tr("作用于去掉“.”的扩展名，可用 $1 引用分组"))}, true);
 }
 
 void TFrameFileRenameExt::buildE6(PageSection& g)
 {
-    g.row({g.keepOption(),
-           g.option(QStringLiteral("RadioButtonE6FixExt"), tr("固定为"), QStringLiteral("E601"), QStringLiteral("E6_FixExt")),
-           g.text(QStringLiteral("ComboBoxE6FixExt"), QStringLiteral("E6_FixExtName"), {}, 10)})
-        ->addWidget(g.ok);
+    g.row({g.keepOption()})->addWidget(g.ok);
+    g.row({g.option(QStringLiteral("RadioButtonE6FixExt"), tr("固定为"), QStringLiteral("E601"), QStringLiteral("E6_FixExt")),
+           g.text(QStringLiteral("ComboBoxE6FixExt"), QStringLiteral("E6_FixExtName"), {}, 10)});
     g.row({g.hint(tr("不含开头的“.”，例如 txt"))}, true);
 }
 
@@ -130,7 +129,8 @@ void TFrameFileRenameExt::buildE7(PageSection& g)
 {
     g.row({g.keepOption()})->addWidget(g.ok);
     g.row({g.option(QStringLiteral("RadioButtonE7AddNewExt"), tr("添加新扩展名"), QStringLiteral("E701"), QStringLiteral("E7_AddNewExt")),
-           g.text(QStringLiteral("ComboBoxE7NewExt"), QStringLiteral("E7_AddNewExtStr"), {}, 8), g.hint(tr("原扩展名并入文件名"))});
+           g.text(QStringLiteral("ComboBoxE7NewExt"), QStringLiteral("E7_AddNewExtStr"), {}, 8)});
+    g.row({g.hint(tr("原扩展名并入文件名"))}, true);
     g.row({g.option(QStringLiteral("RadioButtonE7ReplaceDot"), tr("替换分界符“.”为"), QStringLiteral("E702"), QStringLiteral("E7_ReplaceDot")),
            g.text(QStringLiteral("ComboBoxE7ReplaceDotStr"), QStringLiteral("E7_ReplaceDotStr"), {}, 8)});
     g.row({g.option(QStringLiteral("RadioButtonE7ReplaceStr"), tr("查找"), QStringLiteral("E703"), QStringLiteral("E7_ReplaceStr")),
@@ -144,7 +144,7 @@ void TFrameFileRenameExt::buildE7(PageSection& g)
     // The type is identified from the file's content by the built-in identifier alone, so
     // there is no identifier or definitions file to choose; index 0 stands for it.
     g.addWriter([](SettingsStore& s, const QString& section) { s.writeInt(section, QStringLiteral("E7_SmartIDExtIndex"), 0); });
-    g.row({g.hint(tr("按文件内容识别类型（内置识别）；无法识别的文件与文件夹保持不变"))}, true);
+    g.row({g.hint(tr("按文件内容识别（内置）；无法识别的保持不变"))}, true);
 }
 
 }  // namespace qp::ui
