@@ -1,4 +1,4 @@
-// Saves PNGs of the normal family's pages and forms, for the README and the screenshot
+// Saves PNGs of the function pages (normal and extension families) and their forms, for the README and the screenshot
 // script: page_shots OUTDIR (run with QT_QPA_PLATFORM=offscreen where there is no screen).
 #include <QAbstractItemView>
 #include <QApplication>
@@ -18,6 +18,7 @@
 #include "ui/dialogs/MetaVariableWarningForms.h"
 #include "ui/dialogs/N3EditorForms.h"
 #include "ui/dialogs/ReplaceEditForm.h"
+#include "ui/pages/FrameFileRenameExt.h"
 #include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/widgets/CheckListComboBox.h"
 
@@ -87,6 +88,14 @@ int main(int argc, char* argv[])
     QCoreApplication::processEvents();
     ok = presets->view()->window()->grab().save(dir.filePath(QStringLiteral("n3-preset-list.png"))) && ok;
     presets->hidePopup();
+
+    TFrameFileRenameExt ext(session);
+    ext.resize(340, 900);  // about the width of the panel beside the rename list
+    ext.findChild<QRadioButton*>(QStringLiteral("RadioButtonE1AddRight"))->click();
+    ext.findChild<QComboBox*>(QStringLiteral("ComboBoxE1Content"))->setEditText(QStringLiteral("_old"));
+    ok = save(ext, dir, QStringLiteral("ext-page.png")) && ok;
+    for (const char* code : {"E1", "E2", "E3", "E4", "E5", "E6", "E7"})
+        ok = ext.section(QString::fromLatin1(code))->grab().save(dir.filePath(QStringLiteral("ext-%1.png").arg(code))) && ok;
 
     TReplaceEditForm replace(QStringLiteral("IMG_|DSC_|副本"), QStringLiteral("照片_|相机_|"));
     ok = save(replace, dir, QStringLiteral("replace-editor.png")) && ok;

@@ -138,6 +138,16 @@ QComboBox* PageSection::list(const QString& name, const QString& key, const QStr
     return list_;
 }
 
+QLineEdit* PageSection::line(const QString& name, const QString& key, const QString& initial, int width)
+{
+    auto* line_ = new QLineEdit(initial, box);
+    line_->setObjectName(name);
+    line_->setMaximumWidth(line_->fontMetrics().horizontalAdvance(QString(width, QLatin1Char('M'))) + 12);
+    writers.push_back([line_, key](SettingsStore& s, const QString& section) { s.writeString(section, key, line_->text()); });
+    QObject::connect(line_, &QLineEdit::textChanged, &page, [this] { changed(); });
+    return line_;
+}
+
 HistoryComboBox* PageSection::text(const QString& name, const QString& key, const QString& initial, int width)
 {
     auto* text_ = new HistoryComboBox(page.m_session.settings(), name, box);

@@ -26,6 +26,7 @@ class QComboBox;
 class QGroupBox;
 class QHBoxLayout;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class QRadioButton;
 class QScrollArea;
@@ -70,6 +71,8 @@ public:
     QSpinBox* spin(const QString& name, const QString& key, int minimum, int maximum, int value);
     // A fixed list whose stored value is the index of the chosen entry.
     QComboBox* list(const QString& name, const QString& key, const QStringList& items, int index);
+    // A short text box without a history (a fill character, say).
+    QLineEdit* line(const QString& name, const QString& key, const QString& initial, int width);
     // A text box with its drop-down history ("DATAStore_" + name).
     HistoryComboBox* text(const QString& name, const QString& key, const QString& initial = {}, int width = 12);
     // The "元变量" button beside an expression text box.
