@@ -32,6 +32,7 @@
 #include "ui/models/CommandListModel.h"
 #include "ui/models/MessageModel.h"
 #include "ui/models/RenameListModel.h"
+#include "ui/pages/FrameFileRenameAdvanced.h"
 #include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/window/FunctionPanel.h"
 #include "ui/window/LoadBar.h"
@@ -146,6 +147,9 @@ QWidget* MainWindow::buildFileRenamePage()
     // Its forms go through the window's modal runner, as every other dialog does.
     normal->setDialogRunner([this](QDialog& dialog) { return m_interaction.runModal(dialog); });
     m_panel->addPage(tr("1.N.普通更名"), {QStringLiteral("N1"), QStringLiteral("N2"), QStringLiteral("N4")}, normal);
+    auto* advanced = new TFrameFileRenameAdvanced(m_session);
+    advanced->setDialogRunner([this](QDialog& dialog) { return m_interaction.runModal(dialog); });
+    m_panel->addPage(tr("1.A.高级更名"), {QStringLiteral("A1"), QStringLiteral("A1_1")}, advanced);
 
     m_loadBar = new LoadBar(m_session, page);
     m_renameModel = new RenameListModel(m_session.renameList(), this);
