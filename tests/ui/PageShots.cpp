@@ -78,7 +78,7 @@ int main(int argc, char* argv[])
 
     // The advanced page at the width of the window's panel, with pinyin and a short list set up.
     TFrameFileRenameAdvanced advanced(session);
-    advanced.resize(420, 640);
+    advanced.resize(340, 900);
     advanced.findChild<QRadioButton*>(QStringLiteral("RadioButtonA3HZToPYTone"))->click();
     advanced.findChild<QPlainTextEdit*>(QStringLiteral("PlainTextEditA11NameList"))
         ->setPlainText(QStringLiteral("IMG_0001.jpg=海边日出.jpg\nIMG_0002.jpg=海边日落.jpg"));

@@ -2,6 +2,7 @@
 
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHash>
@@ -25,6 +26,9 @@ namespace qp::ui {
 namespace {
 
 const QString kListFolderKey = QStringLiteral("OpenDialogInitialDirPushButtonA11LoadList");
+
+// A text box that takes the width the row leaves, rather than a fixed one.
+void widen(QHBoxLayout* row, QWidget* box) { row->setStretchFactor(box, 10); }
 
 // How a name stands on one side of a list line: an "=" inside it would end the old name.
 QString listSide(const QString& name)
@@ -61,33 +65,43 @@ void TFrameFileRenameAdvanced::buildA1(PageSection& g)
     g.row({g.keepOption(), g.option(QStringLiteral("RadioButtonA1Regex"), tr("仅文件名"), QStringLiteral("A102"), QStringLiteral("A1_Regex")),
            g.option(QStringLiteral("RadioButtonA1IncludeExt"), tr("含扩展名"), QStringLiteral("A101"), QStringLiteral("A1_IncludeExt"))})
         ->addWidget(g.ok);
-    g.row({g.label(tr("表达式")), g.text(QStringLiteral("ComboBoxA1Regex"), QStringLiteral("A1_RegexText"), {}, 22)}, true);
-    g.row({g.label(tr("替换为")), g.text(QStringLiteral("ComboBoxA1RegexReplace"), QStringLiteral("A1_RegexReplaceText"), {}, 22)}, true);
+    HistoryComboBox* pattern = g.text(QStringLiteral("ComboBoxA1Regex"), QStringLiteral("A1_RegexText"), {}, 10);
+    HistoryComboBox* replacement = g.text(QStringLiteral("ComboBoxA1RegexReplace"), QStringLiteral("A1_RegexReplaceText"), {}, 10);
+    replacement->setToolTip(tr("$1、${name}：第 1 组、名为 name 的组所匹配的文字；\\U…\\E：其间转为大写"));
+    widen(g.row({g.label(tr("表达式")), pattern}, true), pattern);
+    widen(g.row({g.label(tr("替换为")), replacement}, true), replacement);
     g.row({g.check(QStringLiteral("CheckBoxA1Case"), tr("区分大小写"), QStringLiteral("A1_CaseFlag"), false),
-           g.hint(tr("替换为中可用 $1、${name}、\\U…\\E"))},
+           g.hint(tr("替换为中可用 $1、${name}"))},
           true);
 }
 
 void TFrameFileRenameAdvanced::buildA3(PageSection& g)
 {
-    g.row({g.keepOption(), g.option(QStringLiteral("RadioButtonA3HZToPYStr"), tr("汉字转英文字母串拼音"), QStringLiteral("A301"), QStringLiteral("A3_HZToPYStr"))})
-        ->addWidget(g.ok);
+    g.row({g.keepOption()})->addWidget(g.ok);
+    g.row({g.option(QStringLiteral("RadioButtonA3HZToPYStr"), tr("汉字转英文字母串拼音"), QStringLiteral("A301"), QStringLiteral("A3_HZToPYStr"))});
     g.row({g.option(QStringLiteral("RadioButtonA3HZToPYTone"), tr("汉字转带声调的汉语拼音"), QStringLiteral("A302"), QStringLiteral("A3_HZToPYTone"))});
     // "英文字母串方式" matters to the first-initial mode only, so it stands beside it.
     g.row({g.option(QStringLiteral("RadioButtonA3HZToPYInitial"), tr("只插入第一个汉字声母"), QStringLiteral("A303"), QStringLiteral("A3_HZToPYInitial")),
            g.check(QStringLiteral("CheckBoxA3HZToPYLetterStr"), tr("英文字母串方式"), QStringLiteral("A3_HZToPYLetterStr"), true)});
 
-    g.row({g.check(QStringLiteral("CheckBoxA3HZToPY1stLetter"), tr("只取首字母"), QStringLiteral("A3_HZToPY1stLetter"), false),
-           g.check(QStringLiteral("CheckBoxA3HZToPYPolyphone"), tr("显示多音字的多个拼音"), QStringLiteral("A3_HZToPYPolyphone"), false),
-           g.check(QStringLiteral("CheckBoxA3HZToPYKeepHZ"), tr("包含汉字"), QStringLiteral("A3_HZToPYKeepHZ"), false)},
-          true);
-    g.row({g.check(QStringLiteral("CheckBoxA3HZToPY1stUpperCase"), tr("首字母大写"), QStringLiteral("A3_HZToPY1stUpperCase"), false),
-           g.check(QStringLiteral("CheckBoxA3HZToPYUnkown"), tr("未知字符显示“~”"), QStringLiteral("A3_HZToPYUnkown"), true)},
-          true);
-    g.row({g.label(tr("左附加")), g.text(QStringLiteral("ComboBoxA3HZToPYLeftStr"), QStringLiteral("A3_HZToPYLeftStr"), {}, 3),
-           g.label(tr("右附加")), g.text(QStringLiteral("ComboBoxA3HZToPYRightStr"), QStringLiteral("A3_HZToPYRightStr"), {}, 3),
-           g.label(tr("字符：连接")), g.text(QStringLiteral("ComboBoxA3HZToPYLinkStr"), QStringLiteral("A3_HZToPYLinkStr"), QStringLiteral("_"), 3)},
-          true);
+    // The ticks in two columns, so that the section stays as narrow as the panel.
+    QGridLayout* ticks = g.grid();
+    ticks->addWidget(g.check(QStringLiteral("CheckBoxA3HZToPY1stLetter"), tr("只取首字母"), QStringLiteral("A3_HZToPY1stLetter"), false), 0, 0);
+    ticks->addWidget(g.check(QStringLiteral("CheckBoxA3HZToPY1stUpperCase"), tr("首字母大写"), QStringLiteral("A3_HZToPY1stUpperCase"), false), 0, 1);
+    ticks->addWidget(g.check(QStringLiteral("CheckBoxA3HZToPYPolyphone"), tr("显示多音字的多个拼音"), QStringLiteral("A3_HZToPYPolyphone"), false), 1, 0);
+    ticks->addWidget(g.check(QStringLiteral("CheckBoxA3HZToPYKeepHZ"), tr("包含汉字"), QStringLiteral("A3_HZToPYKeepHZ"), false), 1, 1);
+    ticks->addWidget(g.check(QStringLiteral("CheckBoxA3HZToPYUnkown"), tr("未知字符显示“~”"), QStringLiteral("A3_HZToPYUnkown"), true), 2, 0);
+    ticks->setColumnStretch(2, 1);
+
+    QGridLayout* texts = g.grid();
+    texts->setHorizontalSpacing(4);
+    texts->addWidget(g.label(tr("左附加")), 0, 0);
+    texts->addWidget(g.text(QStringLiteral("ComboBoxA3HZToPYLeftStr"), QStringLiteral("A3_HZToPYLeftStr"), {}, 3), 0, 1);
+    texts->addWidget(g.label(tr("右附加")), 0, 2);
+    texts->addWidget(g.text(QStringLiteral("ComboBoxA3HZToPYRightStr"), QStringLiteral("A3_HZToPYRightStr"), {}, 3), 0, 3);
+    texts->addWidget(g.label(tr("字符：连接")), 1, 0);
+    texts->addWidget(g.text(QStringLiteral("ComboBoxA3HZToPYLinkStr"), QStringLiteral("A3_HZToPYLinkStr"), QStringLiteral("_"), 3), 1, 1);
+    texts->setColumnStretch(4, 1);
 }
 
 void TFrameFileRenameAdvanced::buildA4(PageSection& g)
@@ -98,9 +112,9 @@ void TFrameFileRenameAdvanced::buildA4(PageSection& g)
     g.row({g.option(QStringLiteral("RadioButtonA4DigitToCapitalHZ"), tr("数字转大写汉字数字"), QStringLiteral("A402"), QStringLiteral("A4_DigitToCapitalHZ")),
            g.hint(tr("2024 → 贰零贰肆"))});
     g.row({g.option(QStringLiteral("RadioButtonA4HZToDigit"), tr("汉字数字转阿拉伯数字"), QStringLiteral("A403"), QStringLiteral("A4_HZToDigit")),
-           g.hint(tr("二〇二四、贰零贰肆 → 2024"))});
+           g.hint(tr("二〇二四 → 2024"))});
     g.row({g.option(QStringLiteral("RadioButtonA4SymbolToDigit"), tr("特殊数字符号转普通数字"), QStringLiteral("A404"), QStringLiteral("A4_SymbolToDigit")),
-           g.hint(tr("① → (1)，⒈ → 1.，Ⅻ → 12"))});
+           g.hint(tr("① → (1)，Ⅻ → 12"))});
 }
 
 void TFrameFileRenameAdvanced::buildA11(PageSection& g)
@@ -110,8 +124,8 @@ void TFrameFileRenameAdvanced::buildA11(PageSection& g)
 
     m_nameList = new QPlainTextEdit(g.box);
     m_nameList->setObjectName(QStringLiteral("PlainTextEditA11NameList"));
-    m_nameList->setPlaceholderText(tr("每行一对：原文件名=新文件名，或原文件名与新文件名之间用 TAB 分隔。"
-                                      "原文件名可以是完整路径；以“;”开头的行不用。"));
+    m_nameList->setPlaceholderText(tr("每行一对：原文件名=新文件名，或两者之间用 TAB 分隔。原文件名可以是完整路径；"
+                                      "以“;”开头的行不用。"));
     m_nameList->setLineWrapMode(QPlainTextEdit::NoWrap);
     // A TAB is a separator of the list, not a way out of the box.
     m_nameList->setTabChangesFocus(false);
@@ -122,6 +136,9 @@ void TFrameFileRenameAdvanced::buildA11(PageSection& g)
         updatePairCount();
         g.changed();
     });
+    m_pairCount = g.hint(QString());
+    m_pairCount->setObjectName(QStringLiteral("LabelA11PairCount"));
+    g.row({m_pairCount});
 
     QPushButton* load = g.button(QStringLiteral("PushButtonA11LoadList"), tr("载入列表文件..."));
     load->setToolTip(tr("UTF-8 或带字节顺序标记的 UTF-16 文本文件"));
@@ -129,9 +146,7 @@ void TFrameFileRenameAdvanced::buildA11(PageSection& g)
     QPushButton* fill = g.button(QStringLiteral("PushButtonA11FillFromList"), tr("从文件列表填入"));
     fill->setToolTip(tr("每个对象一行“原名=原名”，只需改等号右边"));
     connect(fill, &QPushButton::clicked, this, &TFrameFileRenameAdvanced::fillNameListFromRows);
-    m_pairCount = g.hint(QString());
-    m_pairCount->setObjectName(QStringLiteral("LabelA11PairCount"));
-    g.row({load, fill, m_pairCount});
+    g.row({load, fill});
     updatePairCount();
 }
 
