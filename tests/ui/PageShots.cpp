@@ -1,5 +1,6 @@
-// Saves PNGs of the function pages (normal and extension families) and their forms, for the README and the screenshot
-// script: page_shots OUTDIR (run with QT_QPA_PLATFORM=offscreen where there is no screen).
+// Saves PNGs of the function pages (normal, extension and advanced families), their sections and the normal
+// family's forms, for the README and the screenshot script: page_shots OUTDIR (run with QT_QPA_PLATFORM=offscreen
+// where there is no screen).
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
@@ -7,6 +8,7 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QTextStream>
 #include <QToolButton>
@@ -18,6 +20,7 @@
 #include "ui/dialogs/MetaVariableWarningForms.h"
 #include "ui/dialogs/N3EditorForms.h"
 #include "ui/dialogs/ReplaceEditForm.h"
+#include "ui/pages/FrameFileRenameAdvanced.h"
 #include "ui/pages/FrameFileRenameExt.h"
 #include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/widgets/CheckListComboBox.h"
@@ -73,6 +76,17 @@ int main(int argc, char* argv[])
     bool ok = save(frame, dir, QStringLiteral("normal-page.png"));
     for (const char* code : {"N1", "N2", "N3", "N4", "N5", "N6"})
         ok = frame.section(QString::fromLatin1(code))->grab().save(dir.filePath(QStringLiteral("normal-%1.png").arg(code))) && ok;
+
+    // The advanced page at the width of the window's panel, with pinyin and a short list set up.
+    TFrameFileRenameAdvanced advanced(session);
+    advanced.resize(340, 900);
+    advanced.findChild<QRadioButton*>(QStringLiteral("RadioButtonA3HZToPYTone"))->click();
+    advanced.findChild<QPlainTextEdit*>(QStringLiteral("PlainTextEditA11NameList"))
+        ->setPlainText(QStringLiteral("IMG_0001.jpg=海边日出.jpg\nIMG_0002.jpg=海边日落.jpg"));
+    ok = save(advanced, dir, QStringLiteral("advanced-page.png")) && ok;
+    for (const char* code : {"A1", "A3", "A4", "A11"})
+        ok = advanced.section(QString::fromLatin1(code))->grab().save(dir.filePath(QStringLiteral("advanced-%1.png").arg(code))) && ok;
+    advanced.hide();
 
     QMenu* menu = frame.findChild<QToolButton*>(QStringLiteral("ToolButtonN1AddStrMeta"))->menu();
     menu->popup(QPoint(0, 0));

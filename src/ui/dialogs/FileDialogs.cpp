@@ -37,6 +37,17 @@ void rememberFolder(Session& session, const QString& key, const QString& path, b
 
 QStringList chooseFiles(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options)
 {
+    return chooseFiles([&ui](QDialog& dialog) { return ui.runModal(dialog); }, parent, session, options);
+}
+
+QString chooseFile(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options)
+{
+    const QStringList files = chooseFiles(ui, parent, session, options);
+    return files.isEmpty() ? QString() : files.first();
+}
+
+QStringList chooseFiles(const DialogRunner& run, QWidget* parent, Session& session, const FileDialogOptions& options)
+{
     QFileDialog dialog(parent, options.title, startFolder(session, options.folderKey), options.filter);
     dialog.setObjectName(QStringLiteral("FileDialog"));
     dialog.setAcceptMode(options.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -44,7 +55,7 @@ QStringList chooseFiles(GuiInteraction& ui, QWidget* parent, Session& session, c
                                  : (options.several ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile));
     if (!options.defaultSuffix.isEmpty())
         dialog.setDefaultSuffix(options.defaultSuffix);
-    if (ui.runModal(dialog) != QDialog::Accepted)
+    if (run(dialog) != QDialog::Accepted)
         return {};
     QStringList files;
     for (const QString& file : dialog.selectedFiles())
@@ -54,9 +65,9 @@ QStringList chooseFiles(GuiInteraction& ui, QWidget* parent, Session& session, c
     return files;
 }
 
-QString chooseFile(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options)
+QString chooseFile(const DialogRunner& run, QWidget* parent, Session& session, const FileDialogOptions& options)
 {
-    const QStringList files = chooseFiles(ui, parent, session, options);
+    const QStringList files = chooseFiles(run, parent, session, options);
     return files.isEmpty() ? QString() : files.first();
 }
 

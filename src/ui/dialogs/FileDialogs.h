@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "ui/widgets/DialogRunner.h"
+
 class QFileSystemModel;
 class QLineEdit;
 class QTreeView;
@@ -32,6 +34,9 @@ struct FileDialogOptions {
 // The chosen files, '/'-separated; empty when cancelled. The folder is remembered.
 QStringList chooseFiles(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options);
 QString chooseFile(GuiInteraction& ui, QWidget* parent, Session& session, const FileDialogOptions& options);
+// The same through a page's dialog runner.
+QStringList chooseFiles(const DialogRunner& run, QWidget* parent, Session& session, const FileDialogOptions& options);
+QString chooseFile(const DialogRunner& run, QWidget* parent, Session& session, const FileDialogOptions& options);
 
 // "添加一个或多个文件夹及文件夹下的对象": several folders, starting in the folder of
 // "SelectFolderDialogInitFolderNameOpen".

@@ -3,6 +3,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -200,6 +201,16 @@ QHBoxLayout* PageSection::row(std::initializer_list<QWidget*> widgets, bool inde
     line->addStretch(1);
     rows->addLayout(line);
     return line;
+}
+
+QGridLayout* PageSection::grid(bool indent)
+{
+    auto* grid_ = new QGridLayout;
+    grid_->setContentsMargins(indent ? kIndent : 0, 0, 0, 0);
+    grid_->setHorizontalSpacing(12);
+    grid_->setVerticalSpacing(rows->spacing());
+    rows->addLayout(grid_);
+    return grid_;
 }
 
 // ---------------------------------------------------------------------------------------

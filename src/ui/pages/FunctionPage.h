@@ -23,6 +23,7 @@
 class QButtonGroup;
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QGroupBox;
 class QHBoxLayout;
 class QLabel;
@@ -83,6 +84,9 @@ public:
     QLabel* hint(const QString& caption);
     // One line of controls, indented under the options when `indent`.
     QHBoxLayout* row(std::initializer_list<QWidget*> widgets, bool indent = false);
+    // An empty grid in the section's column, indented as row() does; for controls that line
+    // up in columns.
+    QGridLayout* grid(bool indent = true);
     // A writer for a value no single control holds.
     void addWriter(Writer writer) { writers.push_back(std::move(writer)); }
 

@@ -32,6 +32,7 @@
 #include "ui/models/CommandListModel.h"
 #include "ui/models/MessageModel.h"
 #include "ui/models/RenameListModel.h"
+#include "ui/pages/FrameFileRenameAdvanced.h"
 #include "ui/pages/FrameFileRenameExt.h"
 #include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/window/FunctionPanel.h"
@@ -150,6 +151,9 @@ QWidget* MainWindow::buildFileRenamePage()
     auto* ext = new TFrameFileRenameExt(m_session);
     ext->setDialogRunner([this](QDialog& dialog) { return m_interaction.runModal(dialog); });
     m_panel->addPage(tr("1.E.扩展名更名"), {QStringLiteral("E")}, ext);
+    auto* advanced = new TFrameFileRenameAdvanced(m_session);
+    advanced->setDialogRunner([this](QDialog& dialog) { return m_interaction.runModal(dialog); });
+    m_panel->addPage(tr("1.A.高级更名"), {QStringLiteral("A1"), QStringLiteral("A1_1")}, advanced);
 
     m_loadBar = new LoadBar(m_session, page);
     m_renameModel = new RenameListModel(m_session.renameList(), this);
