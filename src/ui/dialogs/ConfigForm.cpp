@@ -171,7 +171,7 @@ TConfigForm::TConfigForm(SettingsStore& settings, QWidget* parent)
     layout->addLayout(buttons);
 
     load();
-    resize(760, 560);
+    resize(760, 600);
 }
 
 TConfigForm::~TConfigForm() = default;
@@ -362,14 +362,14 @@ QWidget* TConfigForm::buildMetaVariableTab()
     m_help = new QPlainTextEdit(helpBox);
     m_help->setObjectName(QStringLiteral("MemoUnitVariableHelp"));
     m_help->setReadOnly(true);
-    m_help->setMinimumHeight(m_help->fontMetrics().lineSpacing() * 7);
+    m_help->setFixedHeight(m_help->fontMetrics().lineSpacing() * 10 + 12);
     auto* helpLayout = new QVBoxLayout(helpBox);
     helpLayout->addWidget(m_help);
     connect(m_metaGrid, &QTableWidget::currentCellChanged, this, &TConfigForm::showHelp);
 
     auto* layout = new QVBoxLayout(page);
-    layout->addWidget(gridBox, 3);
-    layout->addWidget(helpBox, 2);
+    layout->addWidget(gridBox, 1);
+    layout->addWidget(helpBox);
     return page;
 }
 
