@@ -36,6 +36,28 @@ inline const QString kAutoPreviewBefore = QStringLiteral("AutoPreviewBefore");
 inline const QString kAutoPreviewNum = QStringLiteral("AutoPreviewNum");
 inline const QString kApplyConfirm = QStringLiteral("ApplyConfirm");
 inline const QString kAfterApplyClearCmd = QStringLiteral("AfterApplyClearCmd");
+inline const QString kApplyConfirmDlgShow = QStringLiteral("ApplyConfirmDlgShow");
+inline const QString kRenameSelectCount = QStringLiteral("RenameSelectCount");
+inline const QString kIgnoreSmartRenameWarning = QStringLiteral("IgnoreUseSmartRenameDlgWarning");
+inline const QString kAttribRNotAsk = QStringLiteral("FileNameAttribRNotAsk");
+inline const QString kAttribRRename = QStringLiteral("FileNameAttribRRename");
+inline const QString kAttribSNotAsk = QStringLiteral("FileNameAttribSNotAsk");
+inline const QString kAttribSRename = QStringLiteral("FileNameAttribSRename");
+inline const QString kTooLongNotAsk = QStringLiteral("FileNameTooLongNotAsk");
+inline const QString kTooLongCut = QStringLiteral("FileNameTooLongCut");
+
+// Names that preview gives: empty names and numbered duplicates.
+inline const QString kFileNameNullSet = QStringLiteral("FileNameNullSet");
+inline const QString kFileNameSameCharKind = QStringLiteral("FileNameSameCharKind");
+inline const QString kFileNameSameStart = QStringLiteral("FileNameSameStart");
+inline const QString kFileNameSameIncrease = QStringLiteral("FileNameSameIncrease");
+inline const QString kFileNameSameDigitCapacity = QStringLiteral("FileNameSameDigitCapacity");
+inline const QString kFileNameSameLeftStr = QStringLiteral("FileNameSameLeftStr");
+inline const QString kFileNameSameRightStr = QStringLiteral("FileNameSameRightStr");
+
+// "Interface Config": the warnings before a costly meta-variable is inserted.
+inline const QString kIgnoreHashWarning = QStringLiteral("IgnoreUseHashUnitVariableWarning");
+inline const QString kIgnoreFolderWarning = QStringLiteral("IgnoreUseFindFolderUnitVariableWarning");
 
 inline const QString kUnitVariable = QStringLiteral("UnitVariable");
 

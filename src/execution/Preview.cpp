@@ -18,13 +18,13 @@ namespace qp {
 
 namespace {
 
-const QString kNullSet = QStringLiteral("FileNameNullSet");
-const QString kSameCharKind = QStringLiteral("FileNameSameCharKind");
-const QString kSameStart = QStringLiteral("FileNameSameStart");
-const QString kSameIncrease = QStringLiteral("FileNameSameIncrease");
-const QString kSameDigitCapacity = QStringLiteral("FileNameSameDigitCapacity");
-const QString kSameLeftStr = QStringLiteral("FileNameSameLeftStr");
-const QString kSameRightStr = QStringLiteral("FileNameSameRightStr");
+const QString& kNullSet = keys::kFileNameNullSet;
+const QString& kSameCharKind = keys::kFileNameSameCharKind;
+const QString& kSameStart = keys::kFileNameSameStart;
+const QString& kSameIncrease = keys::kFileNameSameIncrease;
+const QString& kSameDigitCapacity = keys::kFileNameSameDigitCapacity;
+const QString& kSameLeftStr = keys::kFileNameSameLeftStr;
+const QString& kSameRightStr = keys::kFileNameSameRightStr;
 const QString kDefaultNullName = QStringLiteral("(null)");
 
 // Polling the interaction lets the GUI pump its events, which costs far more than a row.

@@ -405,7 +405,7 @@ ApplyResult RenameRunner::apply()
                != Button::Ok)
         return result;
     bool simple = false;
-    if (list.size() >= settings.readInt(op, QStringLiteral("RenameSelectCount"), 10000)) {
+    if (list.size() >= settings.readInt(op, keys::kRenameSelectCount, 10000)) {
         const ApplyMode mode = m_dialogs->chooseMode(list.size());
         if (mode == ApplyMode::Stop)
             return result;
@@ -440,10 +440,10 @@ ApplyResult RenameRunner::apply()
     progress(0);
 
     if ((preview.foundExist || preview.foundExistAndExchange)
-        && !settings.readBool(keys::kInterface, QStringLiteral("IgnoreUseSmartRenameDlgWarning"), false)) {
+        && !settings.readBool(keys::kInterface, keys::kIgnoreSmartRenameWarning, false)) {
         const ConflictAnswer answer = m_dialogs->conflictWarning(preview);
         if (answer.proceed && answer.dontShowAgain)
-            settings.writeBool(keys::kInterface, QStringLiteral("IgnoreUseSmartRenameDlgWarning"), true);
+            settings.writeBool(keys::kInterface, keys::kIgnoreSmartRenameWarning, true);
         if (!answer.proceed)
             return result;
     }
@@ -556,8 +556,8 @@ ApplyResult RenameRunner::apply()
             s.messages().add(message + nativeSeparators(source), MessageColour::Normal, int(r));
     };
     auto decide = [&](bool system, const QString& source) {
-        const QString notAskKey = system ? QStringLiteral("FileNameAttribSNotAsk") : QStringLiteral("FileNameAttribRNotAsk");
-        const QString renameKey = system ? QStringLiteral("FileNameAttribSRename") : QStringLiteral("FileNameAttribRRename");
+        const QString notAskKey = system ? keys::kAttribSNotAsk : keys::kAttribRNotAsk;
+        const QString renameKey = system ? keys::kAttribSRename : keys::kAttribRRename;
         const int stored = int(settings.readInt(op, renameKey, 1));
         if (settings.readBool(op, notAskKey, false) && !(preview.foundExist && stored == 0))
             return stored;
@@ -594,16 +594,16 @@ ApplyResult RenameRunner::apply()
             }
             if (isTooLong(item.folder, target, m_rule)) {
                 const NameParts proposed = splitFileName(target, row.isFolder);
-                int choice = int(settings.readInt(op, QStringLiteral("FileNameTooLongCut"), 1));
-                if (!settings.readBool(op, QStringLiteral("FileNameTooLongNotAsk"), false)) {
+                int choice = int(settings.readInt(op, keys::kTooLongCut, 1));
+                if (!settings.readBool(op, keys::kTooLongNotAsk, false)) {
                     const auto preselected =
                         shortenName(item.folder, proposed.name, proposed.ext, row.isFolder,
                                     Shortening(choice ? choice : 1), m_rule);
                     const ChoiceAnswer answer = m_dialogs->tooLongQuestion(
                         source, target, preselected ? preselected->name + preselected->ext : QString(), choice);
                     choice = answer.choice;
-                    settings.writeInt(op, QStringLiteral("FileNameTooLongCut"), choice);
-                    settings.writeBool(op, QStringLiteral("FileNameTooLongNotAsk"), answer.dontAskAgain);
+                    settings.writeInt(op, keys::kTooLongCut, choice);
+                    settings.writeBool(op, keys::kTooLongNotAsk, answer.dontAskAgain);
                 }
                 const auto shortened = choice >= 1 && choice <= 3
                                            ? shortenName(item.folder, proposed.name, proposed.ext, row.isFolder,
@@ -669,7 +669,7 @@ ApplyResult RenameRunner::apply()
     }
     result.snapshotPath = snapshotFile;
     afterRenameCommands(s);
-    result.showCompletionDialog = settings.readBool(op, QStringLiteral("ApplyConfirmDlgShow"), true);
+    result.showCompletionDialog = settings.readBool(op, keys::kApplyConfirmDlgShow, true);
     s.saveSettings();
     result.end = ApplyResult::End::Done;
     return result;

@@ -12,6 +12,8 @@
 #include <QDir>
 #include <QFile>
 #include <QMessageBox>
+#include <QTabWidget>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <cstdio>
 
@@ -20,7 +22,10 @@
 #include "core/CommandList.h"
 #include "core/SettingsKeys.h"
 #include "execution/Preview.h"
+#include "expressions/MetaVariables.h"
 #include "ui/dialogs/ApplyForms.h"
+#include "ui/dialogs/ConfigForm.h"
+#include "ui/dialogs/UserMetaVariableForms.h"
 #include "ui/dialogs/FileDialogs.h"
 #include "ui/window/FunctionPanel.h"
 #include "ui/window/LoadBar.h"
@@ -153,6 +158,25 @@ int main(int argc, char* argv[])
     TSelectFoldersForm folders(samples, &window);
     folders.selectFolders({samples + QStringLiteral("/照片"), samples + QStringLiteral("/音乐")});
     save(folders, QStringLiteral("dialog-TSelectFoldersForm"));
+
+    // The settings form on each of its tabs, and the user meta-variable forms with two lists.
+    {
+        TConfigForm config(window.session().settings(), &window);
+        const char* const tabs[] = {"operation", "numbering", "general", "meta-variables"};
+        const auto substr = config.metaVariableGrid()->findItems(QStringLiteral("<SUBSTR>"), Qt::MatchExactly);
+        if (!substr.isEmpty())
+            config.metaVariableGrid()->setCurrentCell(substr.first()->row(), TConfigForm::ColValue);
+        for (int tab = 0; tab < config.tabs()->count(); ++tab) {
+            config.tabs()->setCurrentIndex(tab);
+            save(config, QStringLiteral("dialog-TConfigForm-%1").arg(QLatin1String(tabs[tab])));
+        }
+    }
+    defineUserList(window.session(), 0);
+    defineUserList(window.session(), 3);
+    TUVUSERSelectForm userLists(window.session(), {}, &window);
+    save(userLists, QStringLiteral("dialog-TUVUSERSelectForm"));
+    TViewUVUSERForm viewer(window.session(), &window);
+    save(viewer, QStringLiteral("dialog-TViewUVUSERForm"));
 
     // The dialogs of a real apply and undo, in the order they come.
     window.setModalRunner(grabAndAnswer);

@@ -16,9 +16,6 @@ namespace qp::ui {
 
 namespace {
 
-const QString kIgnoreHashWarning = QStringLiteral("IgnoreUseHashUnitVariableWarning");
-const QString kIgnoreFolderWarning = QStringLiteral("IgnoreUseFindFolderUnitVariableWarning");
-
 QString trMenu(const char* text) { return QCoreApplication::translate("MetaVariableMenu", text); }
 
 QString bracketed(int tag) { return QLatin1Char('<') + QLatin1String(expr::tagName(tag)) + QLatin1Char('>'); }
@@ -54,9 +51,9 @@ TagWarning tagWarning(const SettingsStore& settings, const QString& tag)
 {
     const int index = tagIndex(tag);
     if (isHashTag(index))
-        return settings.readBool(keys::kInterface, kIgnoreHashWarning, false) ? TagWarning::None : TagWarning::Hash;
+        return settings.readBool(keys::kInterface, keys::kIgnoreHashWarning, false) ? TagWarning::None : TagWarning::Hash;
     if (isFolderTag(index)) {
-        if (settings.readBool(keys::kInterface, kIgnoreFolderWarning, false))
+        if (settings.readBool(keys::kInterface, keys::kIgnoreFolderWarning, false))
             return TagWarning::None;
         // Depth 1 looks at the folder's own entries only, which costs one listing.
         return folderTagDepth(settings, tag) == 1 ? TagWarning::None : TagWarning::FolderTraversal;
@@ -133,7 +130,8 @@ bool MetaVariableInserter::confirm(const QString& tag)
         form = std::make_unique<TUseFindFolderUnitVariableWarningForm>(tag, folderTagDepth(settings, tag), m_dialogParent);
     const bool go = m_runner(*form) == QDialog::Accepted;
     if (form->ignoreFromNowOn()) {
-        settings.writeBool(keys::kInterface, warning == TagWarning::Hash ? kIgnoreHashWarning : kIgnoreFolderWarning, true);
+        const QString& key = warning == TagWarning::Hash ? keys::kIgnoreHashWarning : keys::kIgnoreFolderWarning;
+        settings.writeBool(keys::kInterface, key, true);
         m_session.saveSettings();
     }
     return go;

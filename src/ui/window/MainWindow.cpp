@@ -311,6 +311,9 @@ void MainWindow::buildActions()
     m_actions.insert(friendly->objectName(), friendly);
     addAction(QStringLiteral("MMenuSetClearHistory"), tr("清除功能页的下拉框历史记录"),
               &MainWindow::clearPageHistories);
+    addAction(QStringLiteral("MMenuSetConfig"), tr("选项设置(&O)..."), &MainWindow::openSettings);
+    addAction(QStringLiteral("MMenuSetUVUSER"), tr("用户自定义元变量 <USER0>~<USER9>"), &MainWindow::defineUserLists);
+    addAction(QStringLiteral("MMenuSetViewUVUSER"), tr("查看用户自定义元变量(&V)"), &MainWindow::viewUserLists);
 
     connect(autoPreview, &QAction::toggled, this, [this](bool on) { m_autoPreview->setChecked(on); });
     connect(trueIcons, &QAction::toggled, this, [this](bool on) { m_loadBar->trueIconsBox()->setChecked(on); });
@@ -373,7 +376,11 @@ void MainWindow::buildMenus()
     settings->addAction(action(QStringLiteral("MMenuSetFileSizeFriendly")));
     settings->addSeparator();
     settings->addAction(action(QStringLiteral("MMenuSetClearHistory")));
-    // Later: the settings dialog and the user meta-variables go here.
+    settings->addSeparator();
+    settings->addAction(action(QStringLiteral("MMenuSetUVUSER")));
+    settings->addAction(action(QStringLiteral("MMenuSetViewUVUSER")));
+    settings->addSeparator();
+    settings->addAction(action(QStringLiteral("MMenuSetConfig")));
 }
 
 void MainWindow::buildToolBar()

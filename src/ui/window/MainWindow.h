@@ -129,6 +129,10 @@ private:
     void clearRecentCommands();
     void fillRecentMenu();
     void clearPageHistories();
+    // Settings menu: the options form and the user meta-variables (MainWindowSettings.cpp).
+    void openSettings();
+    void defineUserLists();
+    void viewUserLists();
     // Preview, apply, undo.
     void preview();
     void apply();

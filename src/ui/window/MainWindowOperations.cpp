@@ -34,7 +34,6 @@ namespace qp::ui {
 namespace {
 
 const QString kHintTitle = QStringLiteral("温馨提示");
-const QString kApplyDialogShow = QStringLiteral("ApplyConfirmDlgShow");
 const QString kCommandFileFolderKey = QStringLiteral("OpenDialogInitialDirMMenuCMDLoadFromFile");
 
 }  // namespace
@@ -301,11 +300,11 @@ void MainWindow::showCompletion(const ApplyResult& result)
     const bool uacNote = false;
 #endif
     TGoRenameOKForm form(result.summary, result.snapshotPath, uacNote,
-                         m_session.settings().readBool(keys::kOperation, kApplyDialogShow, true), this);
+                         m_session.settings().readBool(keys::kOperation, keys::kApplyConfirmDlgShow, true), this);
     // The viewer opens on this apply, the newest one.
     form.setSaveSnapshot([this] { return viewSnapshots(); });
     m_interaction.runModal(form);
-    m_session.settings().writeBool(keys::kOperation, kApplyDialogShow, form.alwaysShow());
+    m_session.settings().writeBool(keys::kOperation, keys::kApplyConfirmDlgShow, form.alwaysShow());
     scheduleSave();
 }
 
