@@ -19,10 +19,9 @@
 #include "commands/CommandFamilies.h"
 #include "core/Session.h"
 #include "core/SettingsKeys.h"
+#include "PageDriver.h"
+#include "../support/QStringPrinter.h"
 #include "ui/pages/FrameFileRenameAdvanced.h"
-
-// Defined with the normal pages' tests, which share this program.
-void PrintTo(const QString& text, std::ostream* os);
 
 namespace qp::ui {
 namespace {
@@ -32,7 +31,7 @@ struct Row {
     const char* name;  // with its extension
 };
 
-class AdvancedPage : public ::testing::Test {
+class AdvancedPage : public ::testing::Test, protected test::PageDriver {
 protected:
     AdvancedPage() : session(SettingsStore(), interaction, QStringLiteral("[20240305140709123]"))
     {
@@ -58,16 +57,8 @@ protected:
         }
     }
 
-    template <typename T = QWidget>
-    T* control(const QString& name) const
-    {
-        T* widget = frame->findChild<T*>(name);
-        if (widget == nullptr)
-            ADD_FAILURE() << "no control " << name.toStdString();
-        return widget;
-    }
+    QWidget& driven() const override { return *frame; }
 
-    void click(const QString& name) { QTest::mouseClick(control<QAbstractButton>(name), Qt::LeftButton); }
     void setText(const QString& combo, const QString& text) { control<QComboBox>(combo)->setEditText(text); }
 
     // Types into the list as a user does, one key at a time, Enter and TAB included.

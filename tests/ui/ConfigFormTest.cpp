@@ -18,6 +18,9 @@
 #include <functional>
 
 #include "DialogScript.h"
+#include "PageDriver.h"
+#include "WindowTest.h"
+#include "../support/QStringPrinter.h"
 #include "commands/NormalCommands.h"
 #include "core/SettingsKeys.h"
 #include "ui/dialogs/ConfigForm.h"
@@ -28,28 +31,16 @@
 #include "ui/window/MainWindow.h"
 #include "../support/TempTree.h"
 
-QT_BEGIN_NAMESPACE
-inline void PrintTo(const QString& text, std::ostream* out) { *out << text.toStdString(); }
-QT_END_NAMESPACE
-
 namespace qp::ui {
 namespace {
 
 using test::click;
 using test::DialogScript;
-
-template <typename Widget>
-Widget* control(QWidget& form, const QString& name)
-{
-    auto* widget = form.findChild<Widget*>(name);
-    if (!widget)
-        ADD_FAILURE() << "no control " << name.toStdString();
-    return widget;
-}
+using test::findControl;
 
 void choose(QWidget& form, const QString& key, const QString& text)
 {
-    auto* box = control<QComboBox>(form, key);
+    auto* box = findControl<QComboBox>(form, key);
     const int index = box->findText(text);
     ASSERT_GE(index, 0) << text.toStdString();
     box->setCurrentIndex(index);
@@ -104,7 +95,7 @@ std::vector<Change> changesOnEveryTab()
     return {
         {"auto preview off", [](TConfigForm& f) { click("自动预览：命令有变化时立即执行命令列表")(f); }, kOperation,
          kAutoPreview, "0", true},
-        {"preview row limit", [](TConfigForm& f) { retype(*control<QSpinBox>(f, kAutoPreviewNum), "25"); }, kOperation,
+        {"preview row limit", [](TConfigForm& f) { retype(*findControl<QSpinBox>(f, kAutoPreviewNum), "25"); }, kOperation,
          kAutoPreviewNum, "25", true},
         {"system objects skipped", [](TConfigForm& f) { choose(f, kAttribSRename, "跳过"); }, kOperation, kAttribSRename,
          "0", false},
@@ -114,9 +105,9 @@ std::vector<Change> changesOnEveryTab()
         {"friendly sizes", [](TConfigForm& f) { click("以 KB、MB、GB 显示文件大小")(f); }, kOperation,
          kFileSizeFriendly, "1", false},
         {"numbering text with a blank",
-         [](TConfigForm& f) { retype(*control<QLineEdit>(f, kFileNameSameLeftStr), " ["); }, kOperation,
+         [](TConfigForm& f) { retype(*findControl<QLineEdit>(f, kFileNameSameLeftStr), " ["); }, kOperation,
          kFileNameSameLeftStr, " [", false},
-        {"empty name", [](TConfigForm& f) { retype(*control<QLineEdit>(f, kFileNameNullSet), "无名"); }, kOperation,
+        {"empty name", [](TConfigForm& f) { retype(*findControl<QLineEdit>(f, kFileNameNullSet), "无名"); }, kOperation,
          kFileNameNullSet, "无名", false},
         {"hash warning off", [](TConfigForm& f) { click("文件校验系列元变量")(f); }, kInterface, kIgnoreHashWarning, "1",
          false},
@@ -224,7 +215,7 @@ TEST_F(ConfigFormTest, StoredNumbersOutsideTheChoicesShowTheChoiceThatActsTheSam
         settings.clear();
         settings.writeRaw(keys::kOperation, c.key, c.stored);
         auto form = open();
-        EXPECT_EQ(control<QComboBox>(*form, c.key)->currentText(), c.shown);
+        EXPECT_EQ(findControl<QComboBox>(*form, c.key)->currentText(), c.shown);
     }
 }
 
@@ -246,37 +237,16 @@ TEST_F(ConfigFormTest, OnlyTagsWithAParameterCanBeEditedAndTheChosenTagShowsItsH
 // ---------------------------------------------------------------------------------------
 // Through the main window's menu "设置".
 
-class SettingsMenuTest : public ::testing::Test {
+class SettingsMenuTest : public test::WindowTest {
 protected:
-    SettingsMenuTest()
-        : window(makeStore(), QStringLiteral("[20240305140709123]"))
-    {
-        registerNormalCommands(window.session().pipeline().registry());
-        window.setModalRunner(script.runner());
-        window.show();
-    }
-
-    SettingsStore makeStore()
-    {
-        SettingsStore store;
-        store.setFileName(tree.path("cfg/QuilletPro.ini"));
-        store.writeBool(keys::kOperation, keys::kFlagAddFolder, false);
-        store.writeBool(keys::kOperation, keys::kFlagFindDeepin, true);
-        return store;
-    }
-
-    void loadFolder(const std::string& folder)
-    {
-        window.loadBar()->pathBox()->setEditText(tree.path(folder));
-        QTest::mouseClick(window.loadBar()->loadButton(), Qt::LeftButton);
-    }
+    SettingsMenuTest() { registerNormalCommands(session().pipeline().registry()); }
 
     TFrameFileRenameNormal& page() { return *window.findChild<TFrameFileRenameNormal*>(); }
 
     // Types into a text box of the normal page, one key at a time, as a user does.
     void type(const char* box, const QString& text)
     {
-        QLineEdit* edit = page().findChild<QComboBox*>(box)->lineEdit();
+        QLineEdit* edit = test::findControl<QComboBox>(page(), box)->lineEdit();
         edit->setFocus();
         for (QChar c : text)
             QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
@@ -285,23 +255,19 @@ protected:
     QStringList newNames(bool sorted = true)
     {
         QStringList names;
-        for (const FileEntry& row : window.session().renameList().rows())
+        for (const FileEntry& row : session().renameList().rows())
             names.append(row.newName);
         if (sorted)
             names.sort();
         return names;
     }
-
-    qp::test::TempTree tree;
-    DialogScript script;
-    MainWindow window;
 };
 
 TEST_F(SettingsMenuTest, AChangedParameterChangesThePreviewedNamesAndOptionsReachTheWindow)
 {
     tree.file("w/abcdef.txt");
     tree.file("w/uvwxyz.txt");
-    loadFolder("w");
+    loadFolder(tree.path("w"));
     page().findChild<QAbstractButton*>("RadioButtonN1AddDirect")->click();
     type("ComboBoxN1AddStr", "<SUBSTR>_");
     ASSERT_EQ(newNames(), (QStringList{"a_abcdef", "u_uvwxyz"}));
@@ -332,7 +298,7 @@ TEST_F(SettingsMenuTest, UserListsAreDefinedFromTheNewNamesAndFromTheNumberingPa
     tree.file("w/a.txt");
     tree.file("w/b.txt");
     tree.file("w/c.txt");
-    loadFolder("w");
+    loadFolder(tree.path("w"));
     page().findChild<QAbstractButton*>("RadioButtonN1AddDirect")->click();
     type("ComboBoxN1AddStr", "x");
 
@@ -364,7 +330,7 @@ TEST_F(SettingsMenuTest, UserListsAreDefinedFromTheNewNamesAndFromTheNumberingPa
 
     // A row added later has no line in either list.
     tree.file("v/d.txt");
-    loadFolder("v");
+    loadFolder(tree.path("v"));
     const QString firstName = window.session().renameList().at(0).name;
     script.on("TViewUVUSERForm", [firstName](QDialog& dialog) {
         auto& form = static_cast<TViewUVUSERForm&>(dialog);

@@ -22,17 +22,17 @@
 #include "core/Session.h"
 #include "core/SettingsKeys.h"
 #include "ui/models/RenameListModel.h"
+#include "PageDriver.h"
+#include "../support/QStringPrinter.h"
 #include "ui/pages/FrameFileRenameExt.h"
 #include "ui/window/FunctionPanel.h"
 #include "ui/window/MainWindow.h"
 #include "../support/TempTree.h"
 
-void PrintTo(const QString& text, std::ostream* os) { *os << '"' << text.toStdString() << '"'; }
-
 namespace qp::ui {
 namespace {
 
-class ExtPages : public ::testing::Test {
+class ExtPages : public ::testing::Test, protected test::PageDriver {
 protected:
     ExtPages()
         : session(SettingsStore(), interaction, QStringLiteral("[20240305140709123]"))
@@ -52,24 +52,8 @@ protected:
         frame->show();
     }
 
-    template <typename T = QWidget>
-    T* control(const QString& name) const
-    {
-        T* widget = frame->findChild<T*>(name);
-        if (widget == nullptr)
-            ADD_FAILURE() << "no control " << name.toStdString();
-        return widget;
-    }
+    QWidget& driven() const override { return *frame; }
 
-    void click(const QString& name) { QTest::mouseClick(control<QAbstractButton>(name), Qt::LeftButton); }
-
-    void type(const QString& comboName, const QString& text)
-    {
-        QLineEdit* edit = control<QComboBox>(comboName)->lineEdit();
-        edit->setFocus();
-        for (QChar c : text)
-            QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
-    }
 
     // "name|ext" per row, so that a text moving between the two shows.
     QStringList newNames() const
@@ -86,7 +70,7 @@ protected:
         return session.settings().readRaw(lastSection(), QLatin1String(key), QStringLiteral("<none>"));
     }
 
-    test::TempTree tree;
+    qp::test::TempTree tree;
     ScriptedInteraction interaction;
     Session session;
     std::unique_ptr<TFrameFileRenameExt> frame;
@@ -273,7 +257,7 @@ TEST_F(ExtPages, ShowSectionScrollsItToTheTop)
 
 TEST(ExtPageInWindow, ChoosingAnExtensionCommandShowsTheExtensionPage)
 {
-    test::TempTree tree;
+    qp::test::TempTree tree;
     tree.file("w/a.txt");
     SettingsStore store;
     store.setFileName(tree.path("cfg/QuilletPro.ini"));

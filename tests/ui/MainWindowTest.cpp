@@ -32,11 +32,8 @@
 #include "ui/window/FunctionPanel.h"
 #include "ui/window/LoadBar.h"
 #include "ui/window/MainWindow.h"
+#include "../support/QStringPrinter.h"
 #include "../support/TempTree.h"
-
-QT_BEGIN_NAMESPACE
-inline void PrintTo(const QString& text, std::ostream* out) { *out << text.toStdString(); }
-QT_END_NAMESPACE
 
 namespace qp::ui {
 namespace {

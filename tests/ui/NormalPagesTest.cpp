@@ -27,11 +27,11 @@
 #include "ui/dialogs/MetaVariableWarningForms.h"
 #include "ui/dialogs/N3EditorForms.h"
 #include "ui/dialogs/ReplaceEditForm.h"
+#include "PageDriver.h"
+#include "../support/QStringPrinter.h"
 #include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/widgets/CheckListComboBox.h"
 #include "ui/widgets/MetaVariableMenu.h"
-
-void PrintTo(const QString& text, std::ostream* os) { *os << '"' << text.toStdString() << '"'; }
 
 namespace qp::ui {
 namespace {
@@ -48,7 +48,7 @@ public:
     QWidget* window = nullptr;
 };
 
-class NormalPages : public ::testing::Test {
+class NormalPages : public ::testing::Test, protected test::PageDriver {
 protected:
     explicit NormalPages(QStringList names = {QStringLiteral("banana"), QStringLiteral("apple"), QStringLiteral("照片 a")})
         : session(SettingsStore(), interaction, QStringLiteral("[20240305140709123]"))
@@ -79,25 +79,8 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(frame.get()));
     }
 
-    template <typename T = QWidget>
-    T* control(const QString& name) const
-    {
-        T* widget = frame->findChild<T*>(name);
-        if (widget == nullptr)
-            ADD_FAILURE() << "no control " << name.toStdString();
-        return widget;
-    }
+    QWidget& driven() const override { return *frame; }
 
-    void click(const QString& name) { QTest::mouseClick(control<QAbstractButton>(name), Qt::LeftButton); }
-
-    // Types character by character, as a user does, so that every keystroke records.
-    void type(const QString& comboName, const QString& text)
-    {
-        QLineEdit* edit = control<QComboBox>(comboName)->lineEdit();
-        edit->setFocus();
-        for (QChar c : text)
-            QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QString(c), Qt::NoModifier);
-    }
 
     QStringList newNames() const
     {

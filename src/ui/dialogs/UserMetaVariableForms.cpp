@@ -81,6 +81,19 @@ private:
     int m_rows = 0;
 };
 
+// Both forms only show; their one button closes them.
+QHBoxLayout* closeButtonRow(QDialog& form)
+{
+    auto* close = new QPushButton(QObject::tr("关闭(&C)"), &form);
+    close->setObjectName(QStringLiteral("ButtonClose"));
+    close->setDefault(true);
+    QObject::connect(close, &QPushButton::clicked, &form, &QDialog::accept);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(close);
+    return buttons;
+}
+
 }  // namespace
 
 bool userListDefined(const Session& session, int n) { return !session.userList(n).isEmpty(); }
@@ -122,13 +135,7 @@ TUVUSERSelectForm::TUVUSERSelectForm(Session& session, std::function<void()> ref
     }
     grid->setColumnStretch(2, 1);
 
-    auto* close = new QPushButton(tr("关闭(&C)"), this);
-    close->setObjectName(QStringLiteral("ButtonClose"));
-    close->setDefault(true);
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(close);
+    QHBoxLayout* buttons = closeButtonRow(*this);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(note);
@@ -186,13 +193,7 @@ TViewUVUSERForm::TViewUVUSERForm(const Session& session, QWidget* parent)
     for (int column = ColFirstList; column < m_grid->model()->columnCount(); ++column)
         m_grid->setColumnWidth(column, 160);
 
-    auto* close = new QPushButton(tr("关闭(&C)"), this);
-    close->setObjectName(QStringLiteral("ButtonClose"));
-    close->setDefault(true);
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(close);
+    QHBoxLayout* buttons = closeButtonRow(*this);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_summary);
