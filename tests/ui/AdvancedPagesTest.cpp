@@ -58,6 +58,7 @@ protected:
     }
 
     QWidget& driven() const override { return *frame; }
+    const Session& pageSession() const override { return session; }
 
     void setText(const QString& combo, const QString& text) { control<QComboBox>(combo)->setEditText(text); }
 
@@ -85,8 +86,6 @@ protected:
         return names;
     }
 
-    QString lastSection() const { return session.commandList().rows().back().section; }
-    QString stored(const QString& key) const { return session.settings().readRaw(lastSection(), key, QStringLiteral("<none>")); }
 
     ScriptedInteraction interaction;
     Session session;
@@ -147,7 +146,7 @@ TEST_F(AdvancedPage, EachSectionStoresItsKeysWithThePageDefaults)
 {
     const struct {
         const char* option;
-        std::vector<std::pair<const char*, const char*>> keys;
+        test::StoredKeys keys;
     } cases[] = {
         {"RadioButtonA1IncludeExt",
          {{"A1_Regex", "0"}, {"A1_IncludeExt", "1"}, {"A1_RegexText", ""}, {"A1_RegexReplaceText", ""}, {"A1_CaseFlag", "0"}}},

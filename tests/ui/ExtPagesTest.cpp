@@ -53,6 +53,7 @@ protected:
     }
 
     QWidget& driven() const override { return *frame; }
+    const Session& pageSession() const override { return session; }
 
 
     // "name|ext" per row, so that a text moving between the two shows.
@@ -64,11 +65,6 @@ protected:
         return names;
     }
 
-    QString lastSection() const { return session.commandList().rows().back().section; }
-    QString stored(const char* key) const
-    {
-        return session.settings().readRaw(lastSection(), QLatin1String(key), QStringLiteral("<none>"));
-    }
 
     qp::test::TempTree tree;
     ScriptedInteraction interaction;
@@ -137,7 +133,7 @@ TEST_F(ExtPages, ASectionStoresExactlyItsKeysWithTheirDefaults)
 {
     const struct {
         const char* option;
-        std::vector<std::pair<const char*, const char*>> keys;
+        test::StoredKeys keys;
     } cases[] = {
         {"RadioButtonE1Search",
          {{"E1_AddLeft", "0"}, {"E1_AddRight", "0"}, {"E1_Search", "1"}, {"E1_Content", ""}, {"E1_SearchStr", ""},
@@ -157,13 +153,8 @@ TEST_F(ExtPages, ASectionStoresExactlyItsKeysWithTheirDefaults)
           {"E7_ReplaceStr", "0"}, {"E7_ReplaceStrStr", ""}, {"E7_MoveDot", "0"}, {"E7_MoveDotLeftRight", "0"},
           {"E7_MoveDotNum", "1"}, {"E7_SmartIDExt", "1"}, {"E7_SmartIDExtIndex", "0"}}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.option);
-        click(c.option);
-        EXPECT_EQ(session.settings().sectionEntries(lastSection()).size(), qsizetype(c.keys.size()) + 2);
-        for (const auto& [key, value] : c.keys)
-            EXPECT_EQ(stored(key), QString::fromUtf8(value)) << key;
-    }
+    for (const auto& c : cases)
+        expectStoresExactly(c.option, c.keys);
 }
 
 TEST_F(ExtPages, NumberingControlsWriteTheirKeysAndTheNumbersFollow)

@@ -80,6 +80,7 @@ protected:
     }
 
     QWidget& driven() const override { return *frame; }
+    const Session& pageSession() const override { return session; }
 
 
     QStringList newNames() const
@@ -90,8 +91,6 @@ protected:
         return names;
     }
 
-    QString lastSection() const { return session.commandList().rows().back().section; }
-    QString stored(const char* key) const { return session.settings().readRaw(lastSection(), QLatin1String(key), QStringLiteral("<none>")); }
 
     BusyInteraction interaction;
     Session session;
@@ -177,7 +176,7 @@ TEST_F(NormalPages, ASectionStoresEveryKeyWithThePageDefaults)
 {
     const struct {
         const char* option;
-        std::vector<std::pair<const char*, const char*>> keys;
+        test::StoredKeys keys;
     } cases[] = {
         {"RadioButtonN1AddFill",
          {{"N1_AddDirect", "0"}, {"N1_AddFill", "1"}, {"N1_AddStr", ""}, {"N1_FillLength", "8"}, {"N1_AddLeft", "1"},
@@ -214,14 +213,8 @@ TEST_F(NormalPages, ASectionStoresEveryKeyWithThePageDefaults)
          {{"N6_Function", "0"}, {"N6_ExceptWord", ""}, {"N6_UseSeparator", "1"}, {"N6_Separator", "| |"},
           {"N6_NotNumOrLetter", "0"}, {"N6_NotLetter", "0"}}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.option);
-        click(c.option);
-        // CMDid, CMDComment and exactly the section's keys.
-        EXPECT_EQ(session.settings().sectionEntries(lastSection()).size(), qsizetype(c.keys.size()) + 2);
-        for (const auto& [key, value] : c.keys)
-            EXPECT_EQ(stored(key), QString::fromUtf8(value)) << key;
-    }
+    for (const auto& c : cases)
+        expectStoresExactly(c.option, c.keys);
 }
 
 TEST_F(NormalPages, TextsKeepTheirBlanksAndOptionsSwitchTheCodeInPlace)
