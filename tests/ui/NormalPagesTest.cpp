@@ -29,6 +29,8 @@
 #include "ui/dialogs/ReplaceEditForm.h"
 #include "PageDriver.h"
 #include "../support/QStringPrinter.h"
+#include "ui/pages/FrameFileRenameAdvanced.h"
+#include "ui/pages/FrameFileRenameExt.h"
 #include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/widgets/CheckListComboBox.h"
 #include "ui/widgets/MetaVariableMenu.h"
@@ -385,6 +387,29 @@ TEST_F(NormalPages, ShowSectionScrollsItToTheTop)
     frame->showSection("N1");
     EXPECT_EQ(bar->value(), 0);
     EXPECT_EQ(frame->section("E1"), nullptr);
+}
+
+// The function panel beside the rename list is about 340 px wide: a section wider than 330
+// would give the panel a horizontal scroll bar and cut its rows off.
+TEST_F(NormalPages, EverySectionOfEveryPageFitsTheFunctionPanel)
+{
+    TFrameFileRenameExt ext(session);
+    TFrameFileRenameAdvanced advanced(session);
+    const struct {
+        const FunctionPage* page;
+        QStringList codes;
+    } pages[] = {
+        {frame.get(), {"N1", "N2", "N3", "N4", "N5", "N6"}},
+        {&ext, {"E1", "E2", "E3", "E4", "E5", "E6", "E7"}},
+        {&advanced, {"A1", "A3", "A4", "A11"}},
+    };
+    for (const auto& [page, codes] : pages) {
+        for (const QString& code : codes) {
+            SCOPED_TRACE(code.toStdString());
+            ASSERT_NE(page->section(code), nullptr);
+            EXPECT_LE(page->section(code)->minimumSizeHint().width(), 330);
+        }
+    }
 }
 
 // ---- meta-variables -------------------------------------------------------------------

@@ -67,7 +67,7 @@ int main(int argc, char* argv[])
     }
 
     TFrameFileRenameNormal frame(session);
-    frame.resize(780, 640);
+    frame.resize(340, 900);  // the width of the window's panel, as for the other pages
     // A replace as a user would have set it up, so that the page does not look blank.
     frame.findChild<QRadioButton*>(QStringLiteral("RadioButtonN2Search"))->click();
     frame.findChild<QComboBox*>(QStringLiteral("ComboBoxN2Search"))->setEditText(QStringLiteral("IMG_"));

@@ -27,9 +27,6 @@ namespace {
 
 const QString kListFolderKey = QStringLiteral("OpenDialogInitialDirPushButtonA11LoadList");
 
-// A text box that takes the width the row leaves, rather than a fixed one.
-void widen(QHBoxLayout* row, QWidget* box) { row->setStretchFactor(box, 10); }
-
 // How a name stands on one side of a list line: an "=" inside it would end the old name.
 QString listSide(const QString& name)
 {
@@ -68,8 +65,8 @@ void TFrameFileRenameAdvanced::buildA1(PageSection& g)
     HistoryComboBox* pattern = g.text(QStringLiteral("ComboBoxA1Regex"), QStringLiteral("A1_RegexText"), {}, 10);
     HistoryComboBox* replacement = g.text(QStringLiteral("ComboBoxA1RegexReplace"), QStringLiteral("A1_RegexReplaceText"), {}, 10);
     replacement->setToolTip(tr("$1、${name}：第 1 组、名为 name 的组所匹配的文字；\\U…\\E：其间转为大写"));
-    widen(g.row({g.label(tr("表达式")), pattern}, true), pattern);
-    widen(g.row({g.label(tr("替换为")), replacement}, true), replacement);
+    PageSection::widen(g.row({g.label(tr("表达式")), pattern}, true), pattern);
+    PageSection::widen(g.row({g.label(tr("替换为")), replacement}, true), replacement);
     g.row({g.check(QStringLiteral("CheckBoxA1Case"), tr("区分大小写"), QStringLiteral("A1_CaseFlag"), false),
            g.hint(tr("替换为中可用 $1、${name}"))},
           true);

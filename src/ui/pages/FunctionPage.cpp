@@ -190,12 +190,12 @@ QLabel* PageSection::hint(const QString& caption)
     return l;
 }
 
-QHBoxLayout* PageSection::row(std::initializer_list<QWidget*> widgets, bool indent)
+QHBoxLayout* PageSection::row(std::initializer_list<QWidget*> widgets, int indent)
 {
     auto* line = new QHBoxLayout;
     line->setSpacing(4);
-    if (indent)
-        line->addSpacing(kIndent);
+    if (indent > 0)
+        line->addSpacing(kIndent * indent);
     for (QWidget* w : widgets)
         line->addWidget(w);
     line->addStretch(1);
@@ -212,6 +212,8 @@ QGridLayout* PageSection::grid(bool indent)
     rows->addLayout(grid_);
     return grid_;
 }
+
+void PageSection::widen(QHBoxLayout* row, QWidget* box) { row->setStretchFactor(box, 10); }
 
 // ---------------------------------------------------------------------------------------
 // The page

@@ -82,11 +82,15 @@ public:
     QLabel* label(const QString& caption);
     // A label in the placeholder colour, for remarks beside a control.
     QLabel* hint(const QString& caption);
-    // One line of controls, indented under the options when `indent`.
-    QHBoxLayout* row(std::initializer_list<QWidget*> widgets, bool indent = false);
+    // One line of controls, indented under the options when `indent` (true, or 1), or
+    // further under an indented choice when it is 2 (the rest of a row too long for one line).
+    QHBoxLayout* row(std::initializer_list<QWidget*> widgets, int indent = 0);
     // An empty grid in the section's column, indented as row() does; for controls that line
     // up in columns.
     QGridLayout* grid(bool indent = true);
+    // Lets a text box of a row take the width the row leaves, so that a small minimum width
+    // (for the narrow panel) still gives a long box where there is room.
+    static void widen(QHBoxLayout* row, QWidget* box);
     // A writer for a value no single control holds.
     void addWriter(Writer writer) { writers.push_back(std::move(writer)); }
 
