@@ -9,8 +9,6 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLineEdit>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QSpinBox>
 #include <QTableView>
 #include <QTest>
@@ -232,18 +230,6 @@ TEST_F(ExtPages, HistoriesAreKeptUnderTheirOwnKeysOnly)
     frame->clearHistory();
     for (const char* box : boxes)
         EXPECT_EQ(control<QComboBox>(box)->count(), 0) << box;
-}
-
-TEST_F(ExtPages, ShowSectionScrollsItToTheTop)
-{
-    frame->resize(520, 200);
-    QCoreApplication::processEvents();
-    auto* bar = frame->findChild<QScrollArea*>("ScrollBoxExt")->verticalScrollBar();
-    frame->showSection("E5");
-    EXPECT_GT(bar->value(), 0);
-    EXPECT_NEAR(frame->section("E5")->mapTo(frame.get(), QPoint(0, 0)).y(), 0, 8);
-    EXPECT_EQ(frame->section("E5")->title(), "1.E.5.扩展名正则表达式");
-    EXPECT_EQ(frame->section("N1"), nullptr);
 }
 
 TEST(ExtPageInWindow, ChoosingAnExtensionCommandShowsTheExtensionPage)

@@ -39,14 +39,11 @@ QString listSide(const QString& name)
 TFrameFileRenameAdvanced::TFrameFileRenameAdvanced(Session& session, QWidget* parent)
     : FunctionPage(session, QStringLiteral("TFrameFileRenameAdvanced"), QStringLiteral("ScrollBoxAdvanced"), parent)
 {
-    m_a[0] = &addSection(QStringLiteral("A1"), tr("1.A.1.正则表达式"), [this] { A1_SelectedClick(); });
-    m_a[1] = &addSection(QStringLiteral("A3"), tr("1.A.3.汉字转拼音"), [this] { A3_SelectedClick(); });
-    m_a[2] = &addSection(QStringLiteral("A4"), tr("1.A.4.数字与汉字的转换"), [this] { A4_SelectedClick(); });
-    m_a[3] = &addSection(QStringLiteral("A11"), tr("1.A.11.文件名对照列表更名"), [this] { A11_SelectedClick(); });
-    buildA1(*m_a[0]);
-    buildA3(*m_a[1]);
-    buildA4(*m_a[2]);
-    buildA11(*m_a[3]);
+    buildA1(addSection(QStringLiteral("A1"), tr("1.A.1.正则表达式")));
+    buildA3(addSection(QStringLiteral("A3"), tr("1.A.3.汉字转拼音")));
+    buildA4(addSection(QStringLiteral("A4"), tr("1.A.4.数字与汉字的转换")));
+    m_listSection = &addSection(QStringLiteral("A11"), tr("1.A.11.文件名对照列表更名"));
+    buildA11(*m_listSection);
     finishSections();
 }
 
@@ -74,7 +71,7 @@ void TFrameFileRenameAdvanced::buildA1(PageSection& g)
 
 void TFrameFileRenameAdvanced::buildA3(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonA3HZToPYStr"), tr("汉字转英文字母串拼音"), QStringLiteral("A301"), QStringLiteral("A3_HZToPYStr"))});
     g.row({g.option(QStringLiteral("RadioButtonA3HZToPYTone"), tr("汉字转带声调的汉语拼音"), QStringLiteral("A302"), QStringLiteral("A3_HZToPYTone"))});
     // "英文字母串方式" matters to the first-initial mode only, so it stands beside it.
@@ -103,7 +100,7 @@ void TFrameFileRenameAdvanced::buildA3(PageSection& g)
 
 void TFrameFileRenameAdvanced::buildA4(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonA4DigitToSmallHZ"), tr("数字转小写汉字数字"), QStringLiteral("A401"), QStringLiteral("A4_DigitToSmallHZ")),
            g.hint(tr("2024 → 二〇二四"))});
     g.row({g.option(QStringLiteral("RadioButtonA4DigitToCapitalHZ"), tr("数字转大写汉字数字"), QStringLiteral("A402"), QStringLiteral("A4_DigitToCapitalHZ")),
@@ -148,14 +145,6 @@ void TFrameFileRenameAdvanced::buildA11(PageSection& g)
 }
 
 // ---------------------------------------------------------------------------------------
-// Recording
-
-void TFrameFileRenameAdvanced::A1_SelectedClick() { selectedClick(*m_a[0]); }
-void TFrameFileRenameAdvanced::A3_SelectedClick() { selectedClick(*m_a[1]); }
-void TFrameFileRenameAdvanced::A4_SelectedClick() { selectedClick(*m_a[2]); }
-void TFrameFileRenameAdvanced::A11_SelectedClick() { selectedClick(*m_a[3]); }
-
-// ---------------------------------------------------------------------------------------
 // The old/new list
 
 QStringList TFrameFileRenameAdvanced::nameListLines() const
@@ -195,7 +184,7 @@ void TFrameFileRenameAdvanced::putNameList(const QString& text)
         cursor.insertText(text);
     });
     updatePairCount();
-    A11_SelectedClick();
+    selectedClick(*m_listSection);
 }
 
 void TFrameFileRenameAdvanced::loadNameList()

@@ -4,8 +4,6 @@
 // chooses an option or changes a control.
 #pragma once
 
-#include <array>
-
 #include "ui/pages/FunctionPage.h"
 
 class QLabel;
@@ -26,11 +24,6 @@ protected:
     QString commentOf(const QString& subCode) const override;
 
 private:
-    void A1_SelectedClick();
-    void A3_SelectedClick();
-    void A4_SelectedClick();
-    void A11_SelectedClick();
-
     void buildA1(PageSection& g);
     void buildA3(PageSection& g);
     void buildA4(PageSection& g);
@@ -42,7 +35,7 @@ private:
     void putNameList(const QString& text);
     void updatePairCount();
 
-    std::array<PageSection*, 4> m_a{};
+    PageSection* m_listSection = nullptr;
     QPlainTextEdit* m_nameList = nullptr;
     QLabel* m_pairCount = nullptr;
 };

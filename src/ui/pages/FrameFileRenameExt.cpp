@@ -45,7 +45,7 @@ QString TFrameFileRenameExt::commentOf(const QString& subCode) const { return ex
 
 void TFrameFileRenameExt::buildE1(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonE1AddLeft"), tr("扩展名之前添加"), QStringLiteral("E101"), QStringLiteral("E1_AddLeft")),
            g.option(QStringLiteral("RadioButtonE1AddRight"), tr("扩展名之后添加"), QStringLiteral("E102"), QStringLiteral("E1_AddRight"))});
     g.row({g.option(QStringLiteral("RadioButtonE1Search"), tr("查找替换"), QStringLiteral("E103"), QStringLiteral("E1_Search"))});
@@ -59,7 +59,7 @@ void TFrameFileRenameExt::buildE1(PageSection& g)
 
 void TFrameFileRenameExt::buildE2(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     // Emptying and dropping the extension share one stored selector; the sub-code tells
     // them apart.
     QRadioButton* clear = g.option(QStringLiteral("RadioButtonE2ClearExt"), tr("清空整个扩展名"), QStringLiteral("E201"), {});
@@ -79,7 +79,7 @@ void TFrameFileRenameExt::buildE2(PageSection& g)
 
 void TFrameFileRenameExt::buildE3(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonE3AutoNumPos"), tr("插入位置"), QStringLiteral("E301"), QStringLiteral("E3_AutoNumPos")),
            g.spin(QStringLiteral("SpinBoxE3InsertPos"), QStringLiteral("E3_InsertPos"), 0, 255, 0), g.hint(tr("0 为最前"))});
     g.row({g.label(tr("始于")), g.spin(QStringLiteral("SpinBoxE3Start"), QStringLiteral("E3_Start"), INT_MIN, INT_MAX, 1),
@@ -103,14 +103,14 @@ void TFrameFileRenameExt::buildE3(PageSection& g)
 
 void TFrameFileRenameExt::buildE4(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonE4AllCaseUpper"), tr("全部大写"), QStringLiteral("E401"), QStringLiteral("E4_AllCaseUpper")),
            g.option(QStringLiteral("RadioButtonE4AllCaseLower"), tr("全部小写"), QStringLiteral("E402"), QStringLiteral("E4_AllCaseLower"))});
 }
 
 void TFrameFileRenameExt::buildE5(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonE5Regex"), tr("表达式"), QStringLiteral("E501"), QStringLiteral("E5_Regex")),
            g.text(QStringLiteral("ComboBoxE5Regex"), QStringLiteral("E5_RegexText"), {}, 14)});
     g.row({g.label(tr("替换为")), g.text(QStringLiteral("ComboBoxE5RegexReplace"), QStringLiteral("E5_RegexReplaceText"), {}, 14)}, true);
@@ -119,7 +119,7 @@ void TFrameFileRenameExt::buildE5(PageSection& g)
 
 void TFrameFileRenameExt::buildE6(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonE6FixExt"), tr("固定为"), QStringLiteral("E601"), QStringLiteral("E6_FixExt")),
            g.text(QStringLiteral("ComboBoxE6FixExt"), QStringLiteral("E6_FixExtName"), {}, 10)});
     g.row({g.hint(tr("不含开头的“.”，例如 txt"))}, true);
@@ -127,7 +127,7 @@ void TFrameFileRenameExt::buildE6(PageSection& g)
 
 void TFrameFileRenameExt::buildE7(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonE7AddNewExt"), tr("添加新扩展名"), QStringLiteral("E701"), QStringLiteral("E7_AddNewExt")),
            g.text(QStringLiteral("ComboBoxE7NewExt"), QStringLiteral("E7_AddNewExtStr"), {}, 8)});
     g.row({g.hint(tr("原扩展名并入文件名"))}, true);

@@ -84,7 +84,7 @@ QString TFrameFileRenameNormal::commentOf(const QString& subCode) const { return
 
 void TFrameFileRenameNormal::buildN1(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonN1AddDirect"), tr("直接添加"), QStringLiteral("N101"), QStringLiteral("N1_AddDirect")),
            g.option(QStringLiteral("RadioButtonN1AddFill"), tr("补齐添加"), QStringLiteral("N102"), QStringLiteral("N1_AddFill"))});
 
@@ -125,7 +125,7 @@ void TFrameFileRenameNormal::buildN1(PageSection& g)
 
 void TFrameFileRenameNormal::buildN2(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
 
     QRadioButton* find = g.option(QStringLiteral("RadioButtonN2Search"), tr("查找"), QStringLiteral("N201"), QStringLiteral("N2_SearchAndReplace"));
     HistoryComboBox* search = g.text(QStringLiteral("ComboBoxN2Search"), QStringLiteral("N2_SearchText"), {}, 10);
@@ -157,7 +157,7 @@ void TFrameFileRenameNormal::buildN2(PageSection& g)
 
 void TFrameFileRenameNormal::buildN3(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonN3DelWhole"), tr("清空文件名"), QStringLiteral("N301"), QStringLiteral("N3_DelWhole")),
            g.option(QStringLiteral("RadioButtonN3DelTrim"), tr("去除两端空格"), QStringLiteral("N302"), QStringLiteral("N3_DelTrim"))});
 
@@ -213,7 +213,7 @@ void TFrameFileRenameNormal::buildN3(PageSection& g)
 
 void TFrameFileRenameNormal::buildN4(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
 
     g.row({g.option(QStringLiteral("RadioButtonN4AutoNumPos"), tr("插入位置"), QStringLiteral("N401"), QStringLiteral("N4_AutoNumPos")),
            g.spin(QStringLiteral("SpinBoxN4InsertPos"), QStringLiteral("N4_InsertPos"), 0, 255, 1),
@@ -294,7 +294,7 @@ void TFrameFileRenameNormal::buildN4(PageSection& g)
 
 void TFrameFileRenameNormal::buildN5(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     g.row({g.option(QStringLiteral("RadioButtonN5Move"), tr("子字符串：从位置"), QStringLiteral("N501"), QStringLiteral("N5_Move")),
            g.spin(QStringLiteral("SpinBoxN5Position"), QStringLiteral("N5_Position"), 1, 255, 1), g.label(tr("字符数")),
            g.spin(QStringLiteral("SpinBoxN5Length"), QStringLiteral("N5_Length"), 1, 256, 1)});
@@ -318,7 +318,7 @@ void TFrameFileRenameNormal::buildN5(PageSection& g)
 
 void TFrameFileRenameNormal::buildN6(PageSection& g)
 {
-    g.row({g.keepOption()})->addWidget(g.ok);
+    g.keepRow();
     auto* change = new QRadioButton(tr("转换为："), g.box);
     change->setObjectName(QStringLiteral("RadioButtonN6Change"));
     g.options->addButton(change);

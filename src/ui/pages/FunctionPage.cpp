@@ -83,6 +83,8 @@ QRadioButton* PageSection::keepOption()
     return keep;
 }
 
+void PageSection::keepRow() { row({keepOption()})->addWidget(ok); }
+
 QRadioButton* PageSection::option(const QString& name, const QString& caption, const QString& sub, const QString& key)
 {
     QRadioButton* radio = choice(options, name, caption, key, false);

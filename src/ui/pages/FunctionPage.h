@@ -62,6 +62,8 @@ public:
 
     // "保持不变", then the section's "Ok" button.
     QRadioButton* keepOption();
+    // The section's first line: "保持不变" and "Ok" on their own, as the narrow panel wants.
+    void keepRow();
     // An option of the section; choosing it gives `sub`. `key` (may be empty) stores
     // whether it is chosen, only so that the page can show it again.
     QRadioButton* option(const QString& name, const QString& caption, const QString& sub, const QString& key);

@@ -144,15 +144,16 @@ QWidget* MainWindow::buildFileRenamePage()
     m_panel = new FunctionPanel(page);
     m_panel->setObjectName(QStringLiteral("FunctionPanel"));
     m_panel->setMinimumWidth(300);
+    // The pages' forms go through the window's modal runner, as every other dialog does.
+    const DialogRunner windowRunner = [this](QDialog& dialog) { return m_interaction.runModal(dialog); };
     auto* normal = new TFrameFileRenameNormal(m_session);
-    // Its forms go through the window's modal runner, as every other dialog does.
-    normal->setDialogRunner([this](QDialog& dialog) { return m_interaction.runModal(dialog); });
+    normal->setDialogRunner(windowRunner);
     m_panel->addPage(tr("1.N.普通更名"), {QStringLiteral("N1"), QStringLiteral("N2"), QStringLiteral("N4")}, normal);
     auto* ext = new TFrameFileRenameExt(m_session);
-    ext->setDialogRunner([this](QDialog& dialog) { return m_interaction.runModal(dialog); });
+    ext->setDialogRunner(windowRunner);
     m_panel->addPage(tr("1.E.扩展名更名"), {QStringLiteral("E")}, ext);
     auto* advanced = new TFrameFileRenameAdvanced(m_session);
-    advanced->setDialogRunner([this](QDialog& dialog) { return m_interaction.runModal(dialog); });
+    advanced->setDialogRunner(windowRunner);
     m_panel->addPage(tr("1.A.高级更名"), {QStringLiteral("A1"), QStringLiteral("A1_1")}, advanced);
 
     m_loadBar = new LoadBar(m_session, page);
