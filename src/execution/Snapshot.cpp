@@ -1,6 +1,7 @@
 #include "execution/Snapshot.h"
 
 #include <QHash>
+#include <QStringDecoder>
 
 #include "core/PathText.h"
 #include "core/TextFiles.h"
@@ -169,6 +170,16 @@ std::optional<SnapshotData> parseSnapshot(QStringView text)
     if (!sawProgramme)
         return std::nullopt;
     return data;
+}
+
+std::optional<SnapshotData> readSnapshot(const QString& path, FileOperations& ops)
+{
+    const auto bytes = ops.readFile(path);
+    if (!bytes)
+        return std::nullopt;
+    QStringDecoder decoder(QStringConverter::Utf8);
+    const QString text = decoder.decode(*bytes);
+    return parseSnapshot(text);
 }
 
 std::vector<SnapshotLine> resolveJournal(const SnapshotData& data, FileOperations& ops)

@@ -71,6 +71,9 @@ QByteArray journalDone(bool folder);
 // Reads a snapshot or journal ("<61>" decoded, separators made internal). nullopt when the
 // text has no "[Rename Programme]" line.
 std::optional<SnapshotData> parseSnapshot(QStringView text);
+// The snapshot or journal file at `path`, read as UTF-8; nullopt when it cannot be read or
+// is not a snapshot.
+std::optional<SnapshotData> readSnapshot(const QString& path, FileOperations& ops);
 
 // Where each line's object is now: the journal's renames applied to the lines, the last
 // unconfirmed one decided by looking at the disk (its target there and its source gone).

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QHash>
-#include <QStringDecoder>
 #include <algorithm>
 
 #include "core/CommandList.h"
@@ -67,14 +66,9 @@ UndoResult Undo::run(const QString& snapshotFile)
         result.end = UndoResult::End::SnapshotUnusable;
         return result;
     };
-    const auto bytes = m_ops.readFile(snapshotFile);
-    if (!bytes)
-        return unusable();
     BusyScope busy(ui);
     ui.status(tr("读取撤销批量更名数据"));
-    QStringDecoder decoder(QStringConverter::Utf8);
-    const QString text = decoder.decode(*bytes);
-    const auto data = parseSnapshot(text);
+    const auto data = readSnapshot(snapshotFile, m_ops);
     if (!data || data->lines.empty())
         return unusable();
     result.entries = qsizetype(data->lines.size());

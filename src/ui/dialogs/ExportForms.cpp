@@ -12,7 +12,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
-#include <QStringDecoder>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -182,22 +181,17 @@ void TExportSnapshotForm::showApply(int number)
         return;
     }
     std::vector<SnapshotLine> lines;
-    std::vector<bool> exists;
-    const auto bytes = number > 0 ? m_disk.readFile(snapshotFile()) : std::nullopt;
-    if (bytes) {
-        QStringDecoder decoder(QStringConverter::Utf8);
-        const QString text = decoder.decode(*bytes);
-        if (const auto data = parseSnapshot(text)) {
-            // A journal left by an interrupted apply is shown with where its objects are now.
-            lines = data->unfinished ? resolveJournal(*data, m_disk) : data->lines;
-        }
+    if (const auto data = number > 0 ? readSnapshot(snapshotFile(), m_disk) : std::nullopt) {
+        // A journal left by an interrupted apply is shown with where its objects are now.
+        lines = data->unfinished ? resolveJournal(*data, m_disk) : data->lines;
     }
+    std::vector<bool> exists;
     exists.reserve(lines.size());
     for (const SnapshotLine& line : lines)
         exists.push_back(m_disk.stat(line.path).has_value());
     m_model->setRows(std::move(lines), std::move(exists));
     // Only a snapshot that could be read is offered for saving.
-    m_save->setEnabled(bytes.has_value() && m_model->rowCount() > 0);
+    m_save->setEnabled(m_model->rowCount() > 0);
 }
 
 void TExportSnapshotForm::fitColumns()
@@ -256,6 +250,8 @@ TExportContrastFileForm::TExportContrastFileForm(Session& session, GuiInteractio
 
 void TExportContrastFileForm::build()
 {
+    // The form opens at the engine's defaults, the same that `quillet export --contrast` uses.
+    const ContrastOptions start;
     auto* layout = new QVBoxLayout(this);
     auto* rows = new QLabel(tr("更名文件列表当前行数：%1行").arg(m_session.renameList().size()), this);
     rows->setObjectName(QStringLiteral("rowCount"));
@@ -264,6 +260,7 @@ void TExportContrastFileForm::build()
     // The spreadsheet.
     m_spreadsheet = new QCheckBox(tr("导出为 MS Excel 文件（无需Excel软件支持）"), this);
     m_spreadsheet->setObjectName(QStringLiteral("CheckBoxExcel"));
+    m_spreadsheet->setChecked(start.spreadsheet);
     layout->addWidget(m_spreadsheet);
     auto* sheet = new QGroupBox(this);
     auto* sheetGrid = new QGridLayout(sheet);
@@ -271,18 +268,18 @@ void TExportContrastFileForm::build()
     m_xlsx->setObjectName(QStringLiteral("RadioButtonXlsx"));
     m_xls = new QRadioButton(tr("MS Excel 97,2000,XP,2003格式(*.xls)"), sheet);
     m_xls->setObjectName(QStringLiteral("RadioButtonXls"));
-    m_xls->setChecked(true);
+    (start.format == SpreadsheetFormat::Xlsx ? m_xlsx : m_xls)->setChecked(true);
     m_sheetName = new QLineEdit(sheet);
     m_sheetName->setObjectName(QStringLiteral("EditSheetName"));
     m_sheetName->setPlaceholderText(tr("更名对照列表"));
     m_oldColumn = new QSpinBox(sheet);
     m_oldColumn->setObjectName(QStringLiteral("SpinEditOldColumn"));
     m_oldColumn->setRange(1, 256);
-    m_oldColumn->setValue(1);
+    m_oldColumn->setValue(start.oldColumn);
     m_newColumn = new QSpinBox(sheet);
     m_newColumn->setObjectName(QStringLiteral("SpinEditNewColumn"));
     m_newColumn->setRange(1, 256);
-    m_newColumn->setValue(2);
+    m_newColumn->setValue(start.newColumn);
     sheetGrid->addWidget(m_xlsx, 0, 0, 1, 4);
     sheetGrid->addWidget(m_xls, 1, 0, 1, 4);
     sheetGrid->addWidget(new QLabel(tr("设置工作表名称"), sheet), 2, 0);
@@ -296,7 +293,7 @@ void TExportContrastFileForm::build()
     // The text file.
     m_text = new QCheckBox(tr("导出为文本文件 (*.txt)"), this);
     m_text->setObjectName(QStringLiteral("CheckBoxText"));
-    m_text->setChecked(true);
+    m_text->setChecked(start.text);
     layout->addWidget(m_text);
     auto* text = new QGroupBox(this);
     auto* textGrid = new QGridLayout(text);
@@ -310,7 +307,7 @@ void TExportContrastFileForm::build()
     for (const auto& [encoding, caption] : encodings) {
         auto* radio = new QRadioButton(QString::fromLatin1(caption), text);
         radio->setObjectName(QStringLiteral("RadioButtonEncoding") + QString::fromLatin1(caption).remove(QLatin1Char(' ')));
-        radio->setChecked(encoding == ContrastEncoding::Ansi);
+        radio->setChecked(encoding == start.encoding);
         m_encoding->addButton(radio, int(encoding));
         encodingRow->addWidget(radio);
     }
@@ -319,11 +316,11 @@ void TExportContrastFileForm::build()
     textGrid->addWidget(new QLabel(tr("保存格式："), text), 1, 0);
     m_aligned = new QRadioButton(tr("新旧两列文件名自身尽量对齐（填充字符为英文空格）"), text);
     m_aligned->setObjectName(QStringLiteral("RadioButtonAligned"));
-    m_aligned->setChecked(true);
     textGrid->addWidget(m_aligned, 1, 1);
     m_separated = new QRadioButton(tr("新旧文件名之间使用分隔字符"), text);
     m_separated->setObjectName(QStringLiteral("RadioButtonSeparator"));
-    m_separator = new QLineEdit(QStringLiteral("<>"), text);
+    (start.aligned ? m_aligned : m_separated)->setChecked(true);
+    m_separator = new QLineEdit(start.separator, text);
     m_separator->setObjectName(QStringLiteral("EditSeparator"));
     m_separator->setMaximumWidth(m_separator->fontMetrics().horizontalAdvance(QStringLiteral("00000000")) + 12);
     auto* separatorRow = new QHBoxLayout;
@@ -336,6 +333,7 @@ void TExportContrastFileForm::build()
 
     m_withExtension = new QCheckBox(tr("含扩展名一起处理"), this);
     m_withExtension->setObjectName(QStringLiteral("CheckBoxWithExt"));
+    m_withExtension->setChecked(start.withExtension);
     layout->addWidget(m_withExtension);
 
     m_save = dialogButton(this, QStringLiteral("save"), tr("保存至...(&S)"));
