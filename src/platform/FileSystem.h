@@ -74,6 +74,42 @@ struct RenameResult {
 // changes letter case of the same object succeeds on case-insensitive file systems.
 RenameResult renameNoReplace(PathView from, PathView to);
 
+// What a name may hold. Windows rules: no control characters and none of * / : < > ? \ |;
+// elsewhere only '/' and NUL are refused by the file system. Windows always applies its
+// rules; elsewhere a setting may ask for them, so that names also work on Windows.
+bool windowsNamesAlways();
+bool isForbiddenInName(char16_t c, bool windowsRules);
+// A name whose part before its first dot, trailing blanks ignored, is a Windows device
+// name (CON, PRN, AUX, NUL, COM1 to COM9, LPT1 to LPT9) in any letter case: "con.txt" and
+// "Lpt3.tar.gz" name the device, not a file.
+bool isReservedDeviceName(PathView name);
+// Whether a name can stand for an object inside a folder: not empty, not "." or "..", and
+// without a path separator ('/' everywhere, '\' on Windows too).
+bool isPlainName(PathView name);
+
+// Renames objects inside their folder, so that nothing ever leaves it: names that are not
+// plain are refused. Linux renames through a descriptor of the folder, kept open while the
+// renames stay in it, so the kernel does not resolve the whole path for every object.
+// Never replaces an existing object (as renameNoReplace).
+class FolderRenamer {
+public:
+    FolderRenamer() = default;
+    ~FolderRenamer() { release(); }
+    FolderRenamer(const FolderRenamer&) = delete;
+    FolderRenamer& operator=(const FolderRenamer&) = delete;
+
+    // `folder` ends with '/'.
+    RenameResult rename(PathView folder, PathView fromName, PathView toName);
+    // Closes the kept folder. Call it after renaming a folder: a descriptor follows its
+    // folder to the new name, while the old path may name something else from now on.
+    void release();
+
+private:
+    static constexpr std::intptr_t kClosed = -1;
+    Path m_folder;
+    std::intptr_t m_handle = kClosed;
+};
+
 // Creates the folder and every missing parent. True when the folder exists afterwards.
 bool createFolders(PathView path);
 
@@ -147,6 +183,8 @@ public:
 
     bool open(PathView path);  // creates the file when missing
     bool append(std::string_view bytes);
+    // Forces what was appended onto the disk (it survives a power cut, not only a kill).
+    bool sync();
     void close();
     bool isOpen() const { return m_handle != kClosed; }
 

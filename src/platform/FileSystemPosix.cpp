@@ -623,6 +623,58 @@ RenameResult renameNoReplace(PathView from, PathView to)
     return result;
 }
 
+RenameResult FolderRenamer::rename(PathView folder, PathView fromName, PathView toName)
+{
+    RenameResult result;
+    const auto from = isPlainName(fromName) ? toUtf8Path(fromName) : std::nullopt;
+    const auto to = isPlainName(toName) ? toUtf8Path(toName) : std::nullopt;
+    if (!from || !to) {
+        result.status = RenameStatus::InvalidName;
+        result.systemError = EINVAL;
+        result.systemMessage = errorText(EINVAL);
+        return result;
+    }
+    if (m_handle == kClosed || folder != m_folder) {
+        release();
+        if (const auto bytes = toUtf8Path(folder)) {
+            const int fd = ::open(bytes->c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+            if (fd >= 0) {
+                m_handle = fd;
+                m_folder.assign(folder);
+            }
+        }
+    }
+    if (m_handle != kClosed) {
+        const int fd = static_cast<int>(m_handle);
+#if defined(__GLIBC__) && (__GLIBC__ > 2 || (__GLIBC__ == 2 && __GLIBC_MINOR__ >= 28))
+        const int rc = ::renameat2(fd, from->c_str(), fd, to->c_str(), RENAME_NOREPLACE);
+#else
+        const int rc = static_cast<int>(::syscall(SYS_renameat2, fd, from->c_str(), fd, to->c_str(), RENAME_NOREPLACE));
+#endif
+        if (rc == 0) {
+            result.status = RenameStatus::Ok;
+            return result;
+        }
+        // The uncommon answers (no RENAME_NOREPLACE here, a taken name that may be a change
+        // of letter case only) go the whole way, which knows what to do with them.
+        if (errno != EINVAL && errno != ENOSYS && errno != EEXIST) {
+            const int err = errno;
+            result.status = statusFor(err, toUtf8(Path(folder) + Path(fromName)));
+            result.systemError = err;
+            result.systemMessage = errorText(err);
+            return result;
+        }
+    }
+    return renameNoReplace(Path(folder) + Path(fromName), Path(folder) + Path(toName));
+}
+
+void FolderRenamer::release()
+{
+    if (m_handle != kClosed) ::close(static_cast<int>(m_handle));
+    m_handle = kClosed;
+    m_folder.clear();
+}
+
 bool createFolders(PathView path)
 {
     const auto converted = toUtf8Path(path);
@@ -867,6 +919,8 @@ bool AppendFile::append(std::string_view bytes)
     }
     return true;
 }
+
+bool AppendFile::sync() { return isOpen() && ::fdatasync(static_cast<int>(m_handle)) == 0; }
 
 void AppendFile::close()
 {

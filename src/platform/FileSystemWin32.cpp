@@ -411,6 +411,21 @@ RenameResult renameNoReplace(PathView from, PathView to)
     return result;
 }
 
+RenameResult FolderRenamer::rename(PathView folder, PathView fromName, PathView toName)
+{
+    if (!isPlainName(fromName) || !isPlainName(toName)) {
+        RenameResult result;
+        result.status = RenameStatus::InvalidName;
+        result.systemError = static_cast<int>(ERROR_INVALID_NAME);
+        result.systemMessage = errorText(ERROR_INVALID_NAME);
+        return result;
+    }
+    // Win32 renames by full path only; the folder is not kept open.
+    return renameNoReplace(Path(folder) + Path(fromName), Path(folder) + Path(toName));
+}
+
+void FolderRenamer::release() { m_handle = kClosed; }
+
 bool createFolders(PathView path)
 {
     Path text(path);
@@ -633,6 +648,8 @@ bool AppendFile::append(std::string_view bytes)
     }
     return true;
 }
+
+bool AppendFile::sync() { return isOpen() && FlushFileBuffers(reinterpret_cast<HANDLE>(m_handle)) != 0; }
 
 void AppendFile::close()
 {

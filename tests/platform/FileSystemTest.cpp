@@ -266,14 +266,17 @@ TEST_F(TempTree, RenameNeverReplacesAndReportsWhy)
     };
     auto content = [](const fs::path& p, Kind kind) { return readText(kind == Kind::File ? p : p / "inner.txt"); };
     int n = 0;
+    FolderRenamer renamer;  // the same answers through a kept folder handle
+    for (const bool inFolder : {false, true})
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.label);
+        SCOPED_TRACE(std::string(c.label) + (inFolder ? " (in folder)" : ""));
         const fs::path dir = root_ / std::to_string(n++);
         fs::create_directory(dir);
         make(dir / "from", c.source, "source");
         make(dir / "to", c.target, "target");
 
-        const RenameResult r = renameNoReplace(toPath(dir / "from"), toPath(dir / "to"));
+        const RenameResult r = inFolder ? renamer.rename(toPath(dir) + u"/", u"from", u"to")
+                                        : renameNoReplace(toPath(dir / "from"), toPath(dir / "to"));
         EXPECT_EQ(r.status, c.expected) << r.systemMessage;
         if (r.ok()) {
             EXPECT_FALSE(fs::exists(dir / "from"));
@@ -292,6 +295,41 @@ TEST_F(TempTree, RenameNeverReplacesAndReportsWhy)
             EXPECT_TRUE(fs::is_empty(dir / "to"));
         }
     }
+}
+
+TEST_F(TempTree, FolderRenamerNeverLetsAnObjectLeaveItsFolder)
+{
+    fs::create_directory(root_ / "sub");
+    writeText(root_ / "a", "a");
+    FolderRenamer renamer;
+    const Path folder = toPath(root_) + u"/";
+    for (const Path& bad : {Path(u"sub/a"), Path(u".."), Path(u"."), Path(), Path(u"x\0y", 3)}) {
+        EXPECT_EQ(renamer.rename(folder, u"a", bad).status, RenameStatus::InvalidName) << show(bad);
+        EXPECT_EQ(renamer.rename(folder, bad, u"b").status, RenameStatus::InvalidName) << show(bad);
+    }
+    EXPECT_EQ(readText(root_ / "a"), "a");
+    // A renamed folder is let go of: its old path names nothing any more.
+    ASSERT_TRUE(renamer.rename(folder, u"sub", u"moved").ok());
+    renamer.release();
+    EXPECT_EQ(renamer.rename(folder + u"sub/", u"x", u"y").status, RenameStatus::SourceMissing);
+    ASSERT_TRUE(renamer.rename(folder, u"a", u"b").ok());
+    EXPECT_EQ(readText(root_ / "b"), "a");
+}
+
+TEST(NameRules, DeviceNamesForbiddenCharactersAndPlainNames)
+{
+    for (const char16_t* name : {u"CON", u"con.txt", u"Lpt3.tar.gz", u"nul .x", u"AUX", u"com9", u"PRN."})
+        EXPECT_TRUE(isReservedDeviceName(name)) << show(name);
+    for (const char16_t* name : {u"CONSOLE", u"com0", u"COM10.txt", u"LPT", u"xcon", u".con", u""})
+        EXPECT_FALSE(isReservedDeviceName(name)) << show(name);
+    for (const char16_t c : std::u16string_view(u"*/:<>?\\|\x01\x1f"))
+        EXPECT_TRUE(isForbiddenInName(c, true)) << int(c);
+    EXPECT_FALSE(isForbiddenInName(u'"', true));
+    for (const char16_t c : std::u16string_view(u"*:<>?\\|\x01\n\""))
+        EXPECT_FALSE(isForbiddenInName(c, false)) << int(c);
+    EXPECT_TRUE(isForbiddenInName(u'/', false) && isForbiddenInName(0, false));
+    EXPECT_EQ(isPlainName(u"a\\b"), !windowsNamesAlways());
+    EXPECT_TRUE(isPlainName(u"...") && isPlainName(u" "));
 }
 
 TEST_F(TempTree, RenameChangingOnlyCaseKeepsTheObject)
