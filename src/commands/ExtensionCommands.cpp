@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QHash>
 #include <algorithm>
+#include <limits>
 #include <memory>
 
 #include "commands/NameText.h"
@@ -23,6 +24,13 @@ namespace {
 QString tr(const char* text) { return QCoreApplication::translate("ExtensionCommands", text); }
 
 const QString kDot = QStringLiteral(".");
+
+// A stored number held to 32 bits, so that start + row × step cannot overflow.
+qint64 readInt32(const CommandSection& s, const QString& key, qint64 byDefault)
+{
+    return std::clamp<qint64>(s.readInt(key, byDefault), std::numeric_limits<qint32>::min(),
+                              std::numeric_limits<qint32>::max());
+}
 
 // Splits a rebuilt whole name at its last dot, as a loaded file's name is split, so that a
 // dot a command put in becomes the separator when it is the last one.
@@ -171,9 +179,9 @@ private:
 class NumberIntoExtension : public FileOrFolderCommand {
 public:
     explicit NumberIntoExtension(const CommandSection& s)
-        : m_start(s.readInt(QStringLiteral("E3_Start"), 1)),
-          m_step(s.readInt(QStringLiteral("E3_Increment"), 1)),
-          m_width(s.readInt(QStringLiteral("E3_DigitUnits"), 1)),
+        : m_start(readInt32(s, QStringLiteral("E3_Start"), 1)),
+          m_step(readInt32(s, QStringLiteral("E3_Increment"), 1)),
+          m_width(std::clamp<qint64>(s.readInt(QStringLiteral("E3_DigitUnits"), 1), 0, 255)),
           m_insertAt(s.readInt(QStringLiteral("E3_InsertPos"), 0))
     {
         const bool digits = s.readBool(QStringLiteral("E3_Digit"), true);
@@ -509,14 +517,22 @@ std::unique_ptr<CompiledCommand> compileExtensionCommand(const CommandSection& s
             [replacement](QString& name, QString&) { name += replacement; });
     }
     if (code == u"E703") {
-        // The last occurrence in the whole name, compared case-sensitively, becomes the dot.
+        // The last occurrence in the whole name, compared case-sensitively, becomes the dot;
+        // without one (or without a text) the row stays exactly as it is.
         const QString search = text("E7_ReplaceStrStr");
-        const auto replaceLast = [search](const QString& whole) {
+        const auto replaceLast = [search](QString& name, QString& ext, bool split) {
+            const QString whole = name + ext;
             const qsizetype at = search.isEmpty() ? -1 : whole.lastIndexOf(search);
-            return at < 0 ? whole : QString(whole).replace(at, search.size(), kDot);
+            if (at < 0)
+                return;
+            const QString replaced = QString(whole).replace(at, search.size(), kDot);
+            if (split)
+                resplit(replaced, name, ext);
+            else
+                name = replaced;
         };
-        return pair([replaceLast](QString& name, QString& ext) { resplit(replaceLast(name + ext), name, ext); },
-                    [replaceLast](QString& name, QString& ext) { name = replaceLast(name + ext); });
+        return pair([replaceLast](QString& name, QString& ext) { replaceLast(name, ext, true); },
+                    [replaceLast](QString& name, QString& ext) { replaceLast(name, ext, false); });
     }
     if (code == u"E704") {
         const qint64 distance = s.readInt(QStringLiteral("E7_MoveDotNum"), 1);

@@ -5,6 +5,7 @@
 #include <QRandomGenerator>
 #include <QVarLengthArray>
 #include <algorithm>
+#include <limits>
 #include <bitset>
 #include <memory>
 #include <optional>
@@ -31,12 +32,25 @@ namespace {
 QString tr(const char* text) { return QCoreApplication::translate("NormalCommands", text); }
 
 const QString kNoPresetChosen = QStringLiteral("请选择预设字符集");
+// The longest fill or number width a page offers.
+constexpr qint64 kLongestFill = 255;
+constexpr qint64 kMaxInt32 = std::numeric_limits<qint32>::max();
 
 // Reads the keys of one stored command by their names.
 struct Keys {
     const CommandSection& s;
     bool flag(const char* key, bool byDefault) const { return s.readBool(QLatin1String(key), byDefault); }
     qint64 number(const char* key, qint64 byDefault) const { return s.readInt(QLatin1String(key), byDefault); }
+    // A stored number held to the range its page allows, so that no command file can make
+    // the arithmetic overflow or a fill allocate without end.
+    qint64 number(const char* key, qint64 byDefault, qint64 lowest, qint64 highest) const
+    {
+        return std::clamp(number(key, byDefault), lowest, highest);
+    }
+    qint64 int32(const char* key, qint64 byDefault) const
+    {
+        return number(key, byDefault, std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
+    }
     QString text(const char* key, const QString& byDefault = {}) const
     {
         return s.readString(QLatin1String(key), byDefault);
@@ -103,7 +117,7 @@ class AddText : public CompiledCommand {
 public:
     AddText(const Keys& k, bool pad)
         : m_text(k.text("N1_AddStr")), m_where(placementOfAddCommand(k)), m_pad(pad),
-          m_padLength(k.number("N1_FillLength", 0))
+          m_padLength(k.number("N1_FillLength", 0, 0, kLongestFill))
     {
     }
 
@@ -434,9 +448,10 @@ std::unique_ptr<CompiledCommand> deleteOrKeepBetween(const Keys& k)
     });
 }
 
-// N306: marks every character inside an occurrence of a listed text (found without regard
-// to case) or belonging to a chosen set; delete drops the marked characters, keep keeps
-// only them, so the two are exact opposites. With nothing to look for the name stays.
+// N306: delete removes every listed text (found without regard to case), each text in turn
+// by non-overlapping occurrences from the left, then every character of a chosen set. Keep
+// marks every character inside an occurrence of a listed text or belonging to a chosen set
+// and keeps only those. With nothing to look for the name stays.
 class DeleteOrKeepParts : public CompiledCommand {
 public:
     explicit DeleteOrKeepParts(const Keys& k) : m_keep(k.number("N3_DelPartDeleteOrHold", 0) == 1)
@@ -455,19 +470,44 @@ public:
     {
         if (m_texts.isEmpty() && m_set.isEmpty())
             return;
+        if (!m_keep) {
+            for (const QString& text : std::as_const(m_texts))
+                name = withoutOccurrences(name, text);
+            m_marked.assign(size_t(name.size()), false);
+            markCharacters(name);
+            dropMarked(name, true);
+            return;
+        }
         m_marked.assign(size_t(name.size()), false);
         markTexts(name);
         markCharacters(name);
+        dropMarked(name, false);
+    }
+
+private:
+    static QString withoutOccurrences(const QString& name, const QString& text)
+    {
+        QString out;
+        qsizetype from = 0;
+        for (qsizetype at = find(name, text, 0, Qt::CaseInsensitive); at >= 0;
+             at = find(name, text, from, Qt::CaseInsensitive)) {
+            out += QStringView(name).sliced(from, at - from);
+            from = at + text.size();
+        }
+        return from == 0 ? name : out + name.mid(from);
+    }
+
+    void dropMarked(QString& name, bool marked) const
+    {
         QString result;
         result.reserve(name.size());
         for (qsizetype i = 0; i < name.size(); ++i) {
-            if (m_marked[size_t(i)] == m_keep)
+            if (m_marked[size_t(i)] != marked)
                 result += name[i];
         }
         name = std::move(result);
     }
 
-private:
     void markTexts(const QString& name)
     {
         for (const QString& text : std::as_const(m_texts)) {
@@ -512,15 +552,16 @@ struct NumberStyle {
     QString fill;  // empty: no filling
 
     explicit NumberStyle(const Keys& k)
-        : start(k.number("N4_Start", 1)), step(k.number("N4_Increment", 1)), width(k.number("N4_DigitUnits", 1)),
-          group(std::max<qint64>(k.number("N4_GroupCount", 1), 1)), form(int(k.number("N4_AutoNumType", 0)))
+        : start(k.int32("N4_Start", 1)), step(k.int32("N4_Increment", 1)),
+          width(k.number("N4_DigitUnits", 1, 0, kLongestFill)), group(k.number("N4_GroupCount", 1, 1, kMaxInt32)),
+          form(int(k.number("N4_AutoNumType", 0, 0, 2)))
     {
         if (form < 0 || form > 2)
             form = 0;
         // With no step every number is the start value, so there is nothing to restart. A
         // limit that the first number already passes restarts at every row.
         if (k.flag("N4_Reset", false) && step != 0)
-            restartPeriod = std::max<qint64>((k.number("N4_ResetValue", 0) - start) / step + 1, 1);
+            restartPeriod = std::max<qint64>((k.int32("N4_ResetValue", 0) - start) / step + 1, 1);
         if (k.flag("N4_AutoSupplement", true))
             fill = form == 1 ? QStringLiteral("a") : form == 2 ? QStringLiteral("A") : QStringLiteral("0");
         else if (k.flag("N4_ManualSupplement", false))

@@ -183,6 +183,18 @@ TEST_F(ExtensionCommandsTest, FilesAndFoldersSideBySide)
     }
 }
 
+TEST_F(ExtensionCommandsTest, E703WithoutItsTextLeavesTheColumnsAsTheyAre)
+{
+    addFile("e/README.x");
+    session.renameList()[0].name = "README.x";  // as a name command may leave a row
+    session.renameList()[0].ext.clear();
+    for (const char* text : {"", "-"}) {
+        session.settings().eraseSection("CommandList");
+        addCommand("E703", {{"E7_ReplaceStrStr", text}});
+        EXPECT_EQ(run(), QStringList{"README.x|"}) << text;
+    }
+}
+
 TEST_F(ExtensionCommandsTest, AnObjectThatIsGoneCountsAsAFolder)
 {
     addMissing("gone/a.txt");
@@ -212,6 +224,9 @@ TEST_F(ExtensionCommandsTest, NumbersFollowTheRowPositionInEveryForm)
         {{{"E3_Digit", "0"}, {"E3_UpperCase", "1"}, {"E3_DigitUnits", "2"}}, "a|.ABtxt a|.txt a|.ADtxt d.AE|"},
         {{{"E3_Digit", "0"}, {"E3_UpperCase", "1"}, {"E3_LowerCase", "1"}, {"E3_Start", "25"}}, "a|.ztxt a|.txt a|.bbtxt d.bc|"},
         {{{"E3_Digit", "0"}, {"E3_Start", "0"}, {"E3_DigitUnits", "3"}}, "a|.txt a|.txt a|.txt d.|"},
+        // Numbers from elsewhere are held to what the page offers.
+        {{{"E3_Start", "9223372036854775807"}, {"E3_Increment", "-9223372036854775808"}, {"E3_DigitUnits", "2000000000"},
+          {"E3_AutoSupplement", "0"}}, "a|.2147483647txt a|.txt a|.-2147483649txt d.-4294967297|"},
     };
     for (const auto& c : cases) {
         session.renameList().clear();

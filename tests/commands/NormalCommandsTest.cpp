@@ -140,6 +140,9 @@ TEST_F(NormalCommandsTest, AddText)
         {"N102", {{"N1_AddStr", "ab"}, {"N1_FillLength", "6"}, {"N1_AddInsert", "1"}, {"N1_InsertPos", "1"}}, "xyz", "xabayz"},
         {"N102", {{"N1_AddStr", "😀"}, {"N1_FillLength", "5"}, {"N1_AddLeft", "1"}}, "ab", "😀ab"},  // no half emoji
     });
+    // A fill length from elsewhere is held to what the page offers.
+    EXPECT_EQ(runOn({"N102", {{"N1_AddStr", "ab"}, {"N1_FillLength", "2000000000"}, {"N1_AddLeft", "1"}}, "xyz", ""}).size(),
+              255);
 }
 
 TEST_F(NormalCommandsTest, FindAndReplace)
@@ -233,7 +236,8 @@ TEST_F(NormalCommandsTest, DeleteAndKeep)
         {"N306", {{"N3_DelPartTheString", "1"}, {"N3_TheString", "ab|cd"}}, "xabycdz", "xyz"},
         {"N306", {{"N3_DelPartTheString", "1"}, {"N3_TheString", "ab|cd"}, {"N3_DelPartDeleteOrHold", "1"}}, "xabycdz", "abcd"},
         {"N306", {{"N3_DelPartTheString", "1"}, {"N3_TheString", "AB"}}, "xaby", "xy"},
-        {"N306", {{"N3_DelPartTheString", "1"}, {"N3_TheString", "aa"}}, "aaa", ""},
+        {"N306", {{"N3_DelPartTheString", "1"}, {"N3_TheString", "--"}}, "a---b", "a-b"},  // non-overlapping
+        {"N306", {{"N3_DelPartTheString", "1"}, {"N3_TheString", "__|x"}}, "x_____y", "_y"},
         {"N306", {{"N3_DelPartTheString", "0"}, {"N3_TheString", "a"}}, "abc", "abc"},
         {"N306", {{"N3_DelPartUserCharset", "1"}, {"N3_TheUserCharset", "-_"}}, "a-b_c", "abc"},
         {"N306", {{"N3_DelPartUserCharset", "1"}, {"N3_TheUserCharset", "😀"}, {"N3_DelPartDeleteOrHold", "1"}}, "a😀b😀", "😀😀"},
@@ -303,9 +307,13 @@ TEST_F(NormalCommandsTest, RandomCaseKeepsTheLettersAndUsesBothCases)
 
 TEST_F(NormalCommandsTest, NumberForms)
 {
+    QStringList widths;
+    for (int i = 1; i <= 5; ++i)
+        widths << QString(254, '0') + QString::number(i);
+    const QString widest = widths.join(' ');
     const struct {
         Params params;
-        const char* expected;  // the numbers of five ticked rows
+        QString expected;  // the numbers of five ticked rows (or the first of them)
     } cases[] = {
         {{}, "1 2 3 4 5"},
         {{{"N4_DigitUnits", "3"}}, "001 002 003 004 005"},
@@ -323,13 +331,17 @@ TEST_F(NormalCommandsTest, NumberForms)
         {{{"N4_Reset", "1"}, {"N4_ResetValue", "0"}}, "1 1 1 1 1"},
         {{{"N4_Reset", "1"}, {"N4_ResetValue", "3"}, {"N4_Increment", "0"}}, "1 1 1 1 1"},
         {{{"N4_Start", "9"}, {"N4_Reset", "1"}, {"N4_ResetValue", "7"}, {"N4_Increment", "-1"}}, "9 8 7 9 8"},
+        // Numbers from elsewhere are held to 32 bits: no overflow, no division trap.
+        {{{"N4_Reset", "1"}, {"N4_ResetValue", "-9223372036854775808"}, {"N4_Increment", "-1"}}, "1 0 -1 -2 -3"},
+        {{{"N4_Start", "9223372036854775807"}}, "2147483647 2147483648 2147483649 2147483650 2147483651"},
+        {{{"N4_DigitUnits", "2000000000"}, {"N4_GroupCount", "-5"}}, widest},
     };
     for (const auto& c : cases) {
         Params params = c.params;
         params.emplace_back("N4_InsertExpression", "<#>");
         setCommand("N403", params);
         setRows(std::vector<Row>(5, Row{"/d/", "f.txt"}));
-        EXPECT_EQ(run().join(' '), c.expected) << c.expected;
+        EXPECT_EQ(run().join(' '), c.expected) << c.expected.left(40).toStdString();
     }
 }
 
