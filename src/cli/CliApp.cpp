@@ -190,14 +190,6 @@ QString absolutePath(const QString& given)
     return internalSeparators(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
 }
 
-bool anyRowFailed(const RenameList& list)
-{
-    for (qsizetype r = 0; r < list.size(); ++r) {
-        if (list.at(r).state == StateFailed)
-            return true;
-    }
-    return false;
-}
 
 struct Options {
     QString command;
@@ -492,8 +484,9 @@ int CliApp::run(const QStringList& arguments)
         printRows();
         switch (result.end) {
         case ApplyResult::End::Done:
+            return result.failed > 0 ? ExitRowsFailed : ExitDone;
         case ApplyResult::End::EmptyList:
-            return anyRowFailed(session.renameList()) ? ExitRowsFailed : ExitDone;
+            return ExitDone;
         case ApplyResult::End::FirstPassFailed:
             m_err << QStringLiteral("quillet: 智能更名失败，所有对象已恢复原名。") << Qt::endl;
             return ExitRowsFailed;
@@ -523,7 +516,7 @@ int CliApp::run(const QStringList& arguments)
             m_err << QStringLiteral("quillet: 智能撤销更名失败！") << Qt::endl;
             return ExitRowsFailed;
         }
-        return result.failed > 0 || result.kept ? ExitRowsFailed : ExitDone;
+        return result.failed > 0 || result.missing > 0 || result.kept ? ExitRowsFailed : ExitDone;
     }
 
     if (o.command == QLatin1String("import")) {

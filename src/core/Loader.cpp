@@ -443,7 +443,9 @@ LoadResult Loader::traverseList()
         result.outcome = LoadResult::Outcome::Cancelled;
         return result;
     }
-    m_folderRows = m_session.settings().readBool(keys::kOperation, keys::kFlagAddFolder, true);
+    // Traversing brings in everything below the folders, folders included, whatever the
+    // load options say.
+    m_folderRows = true;
     BusyScope busy(ui);
     Candidates candidates;
     m_severalSources = folders.size() > 1;

@@ -51,7 +51,7 @@ Pipeline::Step Pipeline::compile(const QString& section)
     return step;
 }
 
-void Pipeline::resetRows(bool newNames)
+void Pipeline::resetRows(bool newNames, bool states)
 {
     RenameList& list = m_session.renameList();
     const qsizetype rows = list.size();
@@ -61,7 +61,8 @@ void Pipeline::resetRows(bool newNames)
             row.newName = row.name;
             row.newExt = row.ext;
         }
-        row.state = StateLoaded;
+        if (states)
+            row.state = StateLoaded;
     }
 }
 
@@ -114,14 +115,15 @@ void Pipeline::finished(const QString& text)
     m_session.messages().add(text);
 }
 
-bool Pipeline::runAll(bool allRows)
+bool Pipeline::runAll(bool allRows, bool keepStates)
 {
     Interaction& ui = m_session.interaction();
     const QString caption = tr("正在执行命令序列");
     const QStringList sections = CommandList::listedSections(m_session.settings()).sections;
     BusyScope busy(ui);
     ui.progress(caption, 0);
-    resetRows(true);
+    m_session.setNewNamesCurrent(false);
+    resetRows(true, !keepStates);
     const qsizetype limit = rowLimit(allRows);
     std::vector<Step> steps;
     steps.reserve(size_t(sections.size()));
@@ -129,6 +131,7 @@ bool Pipeline::runAll(bool allRows)
         steps.push_back(compile(section));
     if (!runSteps(steps, limit, caption))
         return false;
+    m_session.setNewNamesCurrent(limit == m_session.renameList().size());
     finished(tr("命令序列执行完毕。"));
     return true;
 }
@@ -145,6 +148,7 @@ bool Pipeline::runOne(const QString& section)
             BusyScope busy(ui);
             ui.progress(tr("正在还原新文件名和新扩展名"), 0);
             resetRows(true);
+            m_session.setNewNamesCurrent(true);
         }
         return true;
     }
@@ -154,8 +158,12 @@ bool Pipeline::runOne(const QString& section)
     steps.push_back(compile(section));
     ui.progress(caption, 0);
     resetRows(false);
-    if (!runSteps(steps, rowLimit(false), caption))
+    const bool wereCurrent = m_session.newNamesCurrent();
+    m_session.setNewNamesCurrent(false);
+    const qsizetype limit = rowLimit(false);
+    if (!runSteps(steps, limit, caption))
         return false;
+    m_session.setNewNamesCurrent(wereCurrent && limit == m_session.renameList().size());
     finished(tr("命令执行完毕。"));
     return true;
 }

@@ -30,8 +30,9 @@ public:
     // Runs the whole command list from the current names. Every row is reset first; then
     // `allRows` processes every row (preview, rename), otherwise the automatic-preview
     // settings choose how many leading rows are processed. False when stopped on request;
-    // rows not reached then keep their reset names.
-    bool runAll(bool allRows);
+    // rows not reached then keep their reset names. `keepStates`: the rows keep the states an
+    // apply gave them (renamed, skipped, failed) instead of going back to "loaded".
+    bool runAll(bool allRows, bool keepStates = false);
     // Applies the one command stored in `section` on top of the present new names (a page
     // has just recorded it). With an empty command list it restores the new names instead,
     // unless an imported programme's names are waiting to be applied. Does nothing while
@@ -51,7 +52,7 @@ private:
     };
 
     Step compile(const QString& section);
-    void resetRows(bool newNames);
+    void resetRows(bool newNames, bool states = true);
     bool runSteps(std::vector<Step>& steps, qsizetype limit, const QString& caption);
     void finished(const QString& text);
 

@@ -18,7 +18,6 @@ const QString kProgrammeFolderKey = QStringLiteral("OpenDialogInitialDirMMenuFil
 namespace {
 
 const QString kSectionName = QStringLiteral("Rename Programme");
-const QString kEncodedEquals = QStringLiteral("<61>");
 const QString kTitleHint = QStringLiteral("温馨提示");
 
 // A programme lists one line per object; a file this large is not one and is not read.
@@ -37,16 +36,6 @@ constexpr char16_t kNativeSeparator = u'/';
 QString tr(const char* text) { return QCoreApplication::translate("ProgrammeFile", text); }
 
 
-// A line of the file, without line breaks of its own: they would split it.
-QString encodeName(const QString& text)
-{
-    QString out = text;
-    out.replace(QLatin1Char('='), kEncodedEquals);
-    out.remove(QLatin1Char('\r'));
-    out.remove(QLatin1Char('\n'));
-    return out;
-}
-
 bool isForbidden(QChar c)
 {
     switch (c.unicode()) {
@@ -62,19 +51,20 @@ bool isForbidden(QChar c)
     }
 }
 
-QString cleanText(QStringView raw, bool keepSeparator)
+QString cleanText(QStringView raw, bool isPath)
 {
-    QString text = raw.toString();
-    text.replace(kEncodedEquals, QStringLiteral("="));
+    const QString text = text::fromNameField(raw);
     QString out;
     out.reserve(text.size());
-    for (QChar c : std::as_const(text)) {
+    for (QChar c : text) {
         if (c == kNativeSeparator) {
-            if (keepSeparator)
+            if (isPath)
                 out += c;
             continue;
         }
-        if (!isForbidden(c))
+        if (isPath && (c == u'\r' || c == u'\n'))
+            out += c;
+        else if (!isForbidden(c))
             out += c;
     }
     return out;
@@ -96,38 +86,45 @@ QByteArray programmeFileBytes(const RenameList& list)
     lines.append(QStringLiteral("[") + kSectionName + QStringLiteral("]"));
     lines.reserve(lines.size() + list.size());
     for (const FileEntry& row : list.rows())
-        lines.append(encodeName(nativeSeparators(row.fullPath())) + QLatin1Char('=') + encodeName(row.newFileName()));
+        lines.append(text::nameField(nativeSeparators(row.fullPath())) + QLatin1Char('=') + text::nameField(row.newFileName()));
     return text::withBomAndCrlf(lines);
 }
 
-std::vector<ProgrammeLine> readProgrammeLines(QStringView text)
+RenameFileText readRenameFile(QStringView text)
 {
-    std::vector<ProgrammeLine> lines;
+    RenameFileText file;
     if (!text.isEmpty() && text.front() == u'\uFEFF')
         text = text.sliced(1);
-    bool inSection = false;
+    std::vector<ProgrammeLine>* section = nullptr;
+    bool inJournal = false;
     text::forEachLine(text, [&](QStringView line) {
         const QStringView trimmed = text::trimBlanks(line);
         if (trimmed.isEmpty() || trimmed.front() == u';' || trimmed.front() == u'#')
             return;
         if (const QStringView name = text::sectionHeader(line); !name.isNull()) {
-            inSection = name.compare(kSectionName, Qt::CaseInsensitive) == 0;
+            auto is = [&](const char16_t* known) { return name.compare(QStringView(known), Qt::CaseInsensitive) == 0; };
+            section = is(u"Rename Programme") ? &file.programme
+                      : is(u"Rename Config")  ? &file.config
+                      : is(u"Rename Plan")    ? &file.plan
+                                              : nullptr;
+            inJournal = is(u"Rename Journal");
+            file.hasJournal = file.hasJournal || inJournal;
             return;
         }
-        if (!inSection)
+        if (inJournal) {
+            file.journal.push_back(line.toString());
             return;
-        // The first "=" ends the path: an "=" inside a name is written "<61>". Leading
-        // blanks cannot begin a full path; anything else is kept as written.
+        }
         const qsizetype eq = line.indexOf(u'=');
-        if (eq < 0)
+        if (!section || eq < 0)
             return;
         QStringView key = line.first(eq);
         while (!key.isEmpty() && (key.front() == u' ' || key.front() == u'\t'))
             key = key.sliced(1);
         if (!key.isEmpty())
-            lines.push_back(ProgrammeLine{key.toString(), line.sliced(eq + 1).toString()});
+            section->push_back(ProgrammeLine{key.toString(), line.sliced(eq + 1).toString()});
     });
-    return lines;
+    return file;
 }
 
 QString cleanProgrammePath(QStringView raw) { return cleanText(raw, true); }
@@ -199,7 +196,7 @@ ProgrammeImport ProgrammeFile::importFrom(const QString& fileName)
         return fail(ProgrammeImport::Outcome::NotUtf8, QStringLiteral("programme.import.notUtf8"),
                     tr("导入失败！更名方案文件或快照文件的编码格式错误，正确的为 UTF-8 编码格式。"), Icon::Warning);
     }
-    const std::vector<ProgrammeLine> lines = readProgrammeLines(text);
+    const std::vector<ProgrammeLine> lines = readRenameFile(text).programme;
     if (lines.empty())
         return fail(ProgrammeImport::Outcome::NoEntries, QStringLiteral("programme.import.badFormat"), formatError,
                     Icon::Warning);

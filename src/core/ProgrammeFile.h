@@ -20,18 +20,31 @@ extern const QString kProgrammeFolderKey;
 // The whole file an export writes: UTF-8 with BOM, CR LF line ends.
 QByteArray programmeFileBytes(const RenameList& list);
 
-// One line of the "Rename Programme" section as it stands, split at its first "=".
+// One "key=value" line as it stands, split at its first "=".
 struct ProgrammeLine {
     QString oldPath;
     QString newName;
 };
-// Every "path=name" line of the section(s) named "Rename Programme", in file order and with
-// repeats kept. Comment lines, lines without "=" and other sections are passed over.
-std::vector<ProgrammeLine> readProgrammeLines(QStringView text);
 
-// The imported texts: "<61>" becomes "=", then control characters and * / < > ? | go. The
-// old path keeps the platform's separator so that full paths survive; a new name never
-// keeps one, so an imported line can only rename an object where it is.
+// A rename programme, snapshot or journal as written; programmes and snapshots share this
+// one reader. A key is kept exactly as written but for blanks before it (a full path never
+// begins with one), the value is everything after the first "=", and both are still in
+// their written form (see text::fromNameField). Comment lines (";" or "#"), lines without
+// "=" and other sections are passed over; a section may appear more than once.
+struct RenameFileText {
+    std::vector<ProgrammeLine> config;     // [Rename Config]
+    std::vector<ProgrammeLine> programme;  // [Rename Programme], in file order, repeats kept
+    std::vector<ProgrammeLine> plan;       // [Rename Plan]
+    std::vector<QString> journal;          // [Rename Journal]: every non-empty line as written
+    bool hasJournal = false;
+};
+RenameFileText readRenameFile(QStringView text);
+
+// The imported texts: "<61>", "<13>" and "<10>" become "=", CR and LF, then control
+// characters and * / < > ? | go. The old path keeps the platform's separator so that full
+// paths survive, and CR and LF, which only an escape can have put there (they are part of
+// the object's real name); a new name keeps neither, so an imported line can only rename an
+// object where it is.
 QString cleanProgrammePath(QStringView raw);
 QString cleanProgrammeName(QStringView raw);
 

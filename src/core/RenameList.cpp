@@ -10,12 +10,14 @@ void RenameList::reserve(qsizetype rows)
 
 void RenameList::append(FileEntry entry, QString key)
 {
+    ++m_revision;
     m_known.insert(key.isEmpty() ? pathKey(entry.fullPath()) : std::move(key));
     m_rows.push_back(std::move(entry));
 }
 
 void RenameList::appendAll(std::vector<FileEntry>&& rows, std::vector<QString>&& keys)
 {
+    ++m_revision;
     m_known.reserve(m_known.size() + qsizetype(rows.size()));
     if (keys.size() == rows.size()) {
         for (QString& key : keys)
@@ -33,12 +35,14 @@ void RenameList::appendAll(std::vector<FileEntry>&& rows, std::vector<QString>&&
 
 void RenameList::removeAt(qsizetype row)
 {
+    ++m_revision;
     m_known.remove(pathKey(at(row).fullPath()));
     m_rows.erase(m_rows.begin() + row);
 }
 
 qsizetype RenameList::removeRows(const std::vector<bool>& drop)
 {
+    ++m_revision;
     size_t index = 0;
     return removeIf([&](const FileEntry&) {
         const bool gone = index < drop.size() && drop[index];
@@ -49,6 +53,7 @@ qsizetype RenameList::removeRows(const std::vector<bool>& drop)
 
 void RenameList::reorder(const std::vector<qsizetype>& order)
 {
+    ++m_revision;
     // Cycle by cycle in place: a second vector of a million rows would cost more in fresh
     // memory than the moves themselves.
     std::vector<bool> placed(m_rows.size(), false);
@@ -71,6 +76,7 @@ void RenameList::reorder(const std::vector<qsizetype>& order)
 
 void RenameList::clear()
 {
+    ++m_revision;
     m_rows.clear();
     m_known.clear();
 }

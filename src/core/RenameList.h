@@ -42,8 +42,12 @@ public:
     // Re-records a row's path after the row was renamed or moved.
     void updateKnownPath(const QString& oldFullPath, const QString& newFullPath);
 
+    // Grows whenever rows are added, removed or put in another order.
+    quint64 revision() const { return m_revision; }
+
 private:
     std::vector<FileEntry> m_rows;
+    quint64 m_revision = 0;
     QSet<QString> m_known;
 };
 
@@ -52,6 +56,7 @@ qsizetype RenameList::removeIf(Pred drop)
 {
     const size_t before = m_rows.size();
     size_t kept = 0;
+    ++m_revision;
     for (size_t i = 0; i < m_rows.size(); ++i) {
         if (drop(m_rows[i])) {
             m_known.remove(pathKey(m_rows[i].fullPath()));

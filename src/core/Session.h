@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "core/CommandList.h"
 #include "core/Interaction.h"
@@ -34,13 +35,16 @@ public:
     Pipeline& pipeline() { return m_pipeline; }
 
     const QString& runStamp() const { return m_runStamp; }
-    int applyCounter() const { return m_applyCounter; }
-    int nextApplyNumber() { return ++m_applyCounter; }
-    // After the newest apply was undone: its snapshot is off the stack.
-    void forgetLastApply()
+    // The snapshots of this run that undo can take back, by their numbers, oldest first:
+    // each apply pushes its snapshot, an undo that restored everything pops it.
+    const std::vector<int>& undoStack() const { return m_undoStack; }
+    int applyCounter() const { return int(m_undoStack.size()); }
+    int newestSnapshot() const { return m_undoStack.empty() ? 0 : m_undoStack.back(); }
+    void pushSnapshot(int number) { m_undoStack.push_back(number); }
+    void popSnapshot()
     {
-        if (m_applyCounter > 0)
-            --m_applyCounter;
+        if (!m_undoStack.empty())
+            m_undoStack.pop_back();
     }
 
     // Set after a rename programme or snapshot was imported into the list and cleared by
@@ -78,11 +82,17 @@ public:
             m_commandRunner();
     }
 
-    // Set by whoever has just recomputed every row's new names from the command list, so
-    // that the next preview need not run the commands again; preview clears it when it
-    // reads it, so a stale mark never outlives one preview.
-    bool newNamesCurrent() const { return m_newNamesCurrent; }
-    void setNewNamesCurrent(bool current) { m_newNamesCurrent = current; }
+    // Whether every row's new name is what the command list and the last preview make of it,
+    // so that preview and apply need not run the commands again (which would change what a
+    // random or counting command gave, or drop imported names). Set by a run of the commands
+    // over every row, by preview and by an import; any later change of the rows (loading,
+    // removing, sorting) ends it, and so does a run over only some rows.
+    bool newNamesCurrent() const { return m_newNamesCurrent && m_namesRevision == m_list.revision(); }
+    void setNewNamesCurrent(bool current)
+    {
+        m_newNamesCurrent = current;
+        m_namesRevision = m_list.revision();
+    }
 
     // The ten user lists behind "<USER0>" … "<USER9>": line i belongs to row i. They live
     // as long as the session and are never written to the settings file.
@@ -107,7 +117,8 @@ private:
     RenameList m_list;
     MessageLog m_messages;
     QString m_runStamp;
-    int m_applyCounter = 0;
+    std::vector<int> m_undoStack;
+    quint64 m_namesRevision = 0;
     bool m_pendingImport = false;
     bool m_settingsReadOnly = false;
     std::function<void()> m_commandRunner;

@@ -38,6 +38,8 @@ inline const QString kApplyConfirm = QStringLiteral("ApplyConfirm");
 inline const QString kAfterApplyClearCmd = QStringLiteral("AfterApplyClearCmd");
 inline const QString kApplyConfirmDlgShow = QStringLiteral("ApplyConfirmDlgShow");
 inline const QString kRenameSelectCount = QStringLiteral("RenameSelectCount");
+// Linux: names follow the Windows rules too (Windows: always).
+inline const QString kWindowsSafeNames = QStringLiteral("WindowsSafeNames");
 inline const QString kIgnoreSmartRenameWarning = QStringLiteral("IgnoreUseSmartRenameDlgWarning");
 inline const QString kAttribRNotAsk = QStringLiteral("FileNameAttribRNotAsk");
 inline const QString kAttribRRename = QStringLiteral("FileNameAttribRRename");

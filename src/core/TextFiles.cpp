@@ -43,6 +43,60 @@ QStringList programmeHeader(const QString& title, const QString& maker)
     };
 }
 
+namespace {
+
+// The escapes a field may hold, by the character they stand for.
+char16_t escaped(QStringView code)
+{
+    return code == u"61" ? u'=' : code == u"13" ? u'\r' : code == u"10" ? u'\n' : code == u"60" ? u'<' : 0;
+}
+
+bool startsEscape(QStringView text, qsizetype at)
+{
+    return at + 3 < text.size() && text[at] == u'<' && text[at + 3] == u'>' && escaped(text.sliced(at + 1, 2));
+}
+
+}  // namespace
+
+void appendNameField(QString& out, QStringView text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        switch (text[i].unicode()) {
+        case u'=': out += QLatin1String("<61>"); break;
+        case u'\r': out += QLatin1String("<13>"); break;
+        case u'\n': out += QLatin1String("<10>"); break;
+        // A "<" that would read as an escape is itself escaped, so every name comes back.
+        case u'<': out += startsEscape(text, i) ? QLatin1String("<60>") : QLatin1String("<"); break;
+        default: out += text[i];
+        }
+    }
+}
+
+QString nameField(QStringView text)
+{
+    QString out;
+    out.reserve(text.size() + 8);
+    appendNameField(out, text);
+    return out;
+}
+
+QString fromNameField(QStringView field)
+{
+    if (!field.contains(u'<'))
+        return field.toString();
+    QString out;
+    out.reserve(field.size());
+    for (qsizetype i = 0; i < field.size(); ++i) {
+        if (startsEscape(field, i)) {
+            out += QChar(escaped(field.sliced(i + 1, 2)));
+            i += 3;
+        } else {
+            out += field[i];
+        }
+    }
+    return out;
+}
+
 QByteArray withBomAndCrlf(const QStringList& lines)
 {
     QByteArray bytes("\xEF\xBB\xBF");

@@ -42,6 +42,14 @@ void forEachLine(QStringView text, Each each)
 // line is no section header.
 QStringView sectionHeader(QStringView line);
 
+// A name or path as it stands in a line of a rename programme or snapshot: "=" would end
+// the key and CR or LF the line, so they are written "<61>", "<13>" and "<10>"; a "<" that
+// would be read as one of these (or as "<60>") is written "<60>".
+void appendNameField(QString& out, QStringView text);
+QString nameField(QStringView text);
+// The text back from such a field.
+QString fromNameField(QStringView field);
+
 // BOM + every line followed by CR LF, in UTF-8.
 QByteArray withBomAndCrlf(const QStringList& lines);
 

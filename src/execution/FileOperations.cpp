@@ -11,9 +11,14 @@ struct DiskOperations::AppendFile {
 DiskOperations::DiskOperations() = default;
 DiskOperations::~DiskOperations() { closeAppend(); }
 
-platform::RenameResult DiskOperations::renameNoReplace(const QString& from, const QString& to)
+platform::RenameResult DiskOperations::renameInFolder(const QString& folder, const QString& fromName,
+                                                      const QString& toName, bool isFolder)
 {
-    return platform::renameNoReplace(toPlatformPath(from), toPlatformPath(to));
+    const platform::RenameResult result =
+        m_renamer.rename(toPlatformPath(folder), toPlatformPath(fromName), toPlatformPath(toName));
+    if (isFolder)
+        m_renamer.release();  // the kept handle may be this folder or one below it
+    return result;
 }
 
 std::optional<platform::FileInfo> DiskOperations::stat(const QString& path)
@@ -64,6 +69,8 @@ bool DiskOperations::append(const QByteArray& bytes)
     return m_append && m_append->file.append(std::string_view(bytes.constData(), size_t(bytes.size())));
 }
 
+bool DiskOperations::syncAppend() { return m_append && m_append->file.sync(); }
+
 void DiskOperations::closeAppend()
 {
     if (m_append)
@@ -80,10 +87,11 @@ bool DiskOperations::renameIsExact() const
 #endif
 }
 
-platform::RenameResult FaultyOperations::renameNoReplace(const QString& from, const QString& to)
+platform::RenameResult FaultyOperations::renameInFolder(const QString& folder, const QString& fromName,
+                                                       const QString& toName, bool isFolder)
 {
     ++renames;
-    const bool toTemporary = splitPath(to).fileName.startsWith(QStringLiteral(",FRP,"));
+    const bool toTemporary = toName.startsWith(QStringLiteral(",FRP,"));
     if (toTemporary)
         ++temporaryRenames;
     if (renames == crashAtRename)
@@ -92,7 +100,7 @@ platform::RenameResult FaultyOperations::renameNoReplace(const QString& from, co
         return platform::RenameResult{platform::RenameStatus::Other, 5, "injected failure"};
     if (renames == pretendRename)
         return platform::RenameResult{platform::RenameStatus::Ok, 0, {}};
-    return m_inner.renameNoReplace(from, to);
+    return m_inner.renameInFolder(folder, fromName, toName, isFolder);
 }
 
 }  // namespace qp

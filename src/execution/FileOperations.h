@@ -16,8 +16,10 @@ class FileOperations {
 public:
     virtual ~FileOperations() = default;
 
-    // Never replaces an existing object.
-    virtual platform::RenameResult renameNoReplace(const QString& from, const QString& to) = 0;
+    // Renames an object inside its folder (ending with '/'); never replaces an existing
+    // object and refuses a name with a separator. `isFolder`: the object is a folder.
+    virtual platform::RenameResult renameInFolder(const QString& folder, const QString& fromName, const QString& toName,
+                                                  bool isFolder) = 0;
     virtual std::optional<platform::FileInfo> stat(const QString& path) = 0;
     virtual bool setAttributes(const QString& path, std::uint32_t attributes) = 0;
     virtual bool createFolders(const QString& path) = 0;
@@ -29,6 +31,8 @@ public:
     // operating system before it returns, so a killed process leaves every line written.
     virtual bool openAppend(const QString& path) = 0;
     virtual bool append(const QByteArray& bytes) = 0;
+    // What was appended reaches the disk itself (survives a power cut).
+    virtual bool syncAppend() = 0;
     virtual void closeAppend() = 0;
 
     // True when a rename that reports success has certainly happened and has kept the
@@ -50,7 +54,8 @@ public:
     DiskOperations();
     ~DiskOperations() override;
 
-    platform::RenameResult renameNoReplace(const QString& from, const QString& to) override;
+    platform::RenameResult renameInFolder(const QString& folder, const QString& fromName, const QString& toName,
+                                          bool isFolder) override;
     std::optional<platform::FileInfo> stat(const QString& path) override;
     bool setAttributes(const QString& path, std::uint32_t attributes) override;
     bool createFolders(const QString& path) override;
@@ -59,12 +64,14 @@ public:
     bool removeFile(const QString& path) override;
     bool openAppend(const QString& path) override;
     bool append(const QByteArray& bytes) override;
+    bool syncAppend() override;
     void closeAppend() override;
     bool renameIsExact() const override;
 
 private:
     struct AppendFile;
     std::unique_ptr<AppendFile> m_append;
+    platform::FolderRenamer m_renamer;
 };
 
 // Thrown by FaultyOperations to stand for the process being killed at that instant.
@@ -83,7 +90,8 @@ public:
     int renames = 0;             // renames asked for so far
     int temporaryRenames = 0;
 
-    platform::RenameResult renameNoReplace(const QString& from, const QString& to) override;
+    platform::RenameResult renameInFolder(const QString& folder, const QString& fromName, const QString& toName,
+                                          bool isFolder) override;
     std::optional<platform::FileInfo> stat(const QString& path) override { return m_inner.stat(path); }
     bool setAttributes(const QString& path, std::uint32_t attributes) override
     {
@@ -98,6 +106,7 @@ public:
     bool removeFile(const QString& path) override { return m_inner.removeFile(path); }
     bool openAppend(const QString& path) override { return m_inner.openAppend(path); }
     bool append(const QByteArray& bytes) override { return m_inner.append(bytes); }
+    bool syncAppend() override { return m_inner.syncAppend(); }
     void closeAppend() override { m_inner.closeAppend(); }
     // It may claim a rename it did not make.
     bool renameIsExact() const override { return false; }

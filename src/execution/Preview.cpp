@@ -36,23 +36,16 @@ QString tr(const char* text) { return QCoreApplication::translate("Preview", tex
 
 int percentOf(qint64 done, qint64 total) { return total > 0 ? int(done * 100 / total) : 0; }
 
-bool isForbidden(QChar c)
-{
-    const char16_t u = c.unicode();
-    if (u < 32)
-        return true;
-    switch (u) {
-    case u'*': case u'/': case u':': case u'<': case u'>': case u'?': case u'\\': case u'|':
-        return true;
-    default:
-        return false;
-    }
-}
+bool isForbiddenOnWindows(QChar c) { return platform::isForbiddenInName(c.unicode(), true); }
+bool isForbiddenHere(QChar c) { return platform::isForbiddenInName(c.unicode(), false); }
+// What no name may hold in any mode: it would take the object out of its folder.
+bool isSeparator(QChar c) { return c == u'/' || c == QChar(0) || (platform::windowsNamesAlways() && c == u'\\'); }
 
-void removeForbidden(QString& text)
+template <typename Pred>
+void removeAll(QString& text, Pred forbidden)
 {
-    if (std::any_of(text.cbegin(), text.cend(), isForbidden))
-        text.removeIf(isForbidden);
+    if (std::any_of(text.cbegin(), text.cend(), forbidden))
+        text.removeIf(forbidden);
 }
 
 void trimSpaces(QString& text)
@@ -101,12 +94,45 @@ QString DuplicateNumbering::numberText(qint64 number) const
     return text.rightJustified(width, QChar(zero));
 }
 
-NameParts cleanNewName(const QString& newName, const QString& newExt, bool isFolder, const QString& emptyName)
+bool windowsNameRules(const SettingsStore& settings)
 {
+    return platform::windowsNamesAlways() || settings.readBool(keys::kOperation, keys::kWindowsSafeNames, false);
+}
+
+namespace {
+
+NameParts nullName(const QString& emptyName) { return {emptyName.isEmpty() ? kDefaultNullName : emptyName, QString()}; }
+
+// Only what the file system itself refuses goes; nothing else is touched.
+NameParts cleanByOwnRules(const QString& newName, const QString& newExt, bool isFolder, const QString& emptyName)
+{
+    const bool clean = std::none_of(newName.cbegin(), newName.cend(), isForbiddenHere)
+                       && std::none_of(newExt.cbegin(), newExt.cend(), isForbiddenHere);
+    QString name = newName;
+    QString ext = newExt;
+    if (!clean) {
+        removeAll(name, isForbiddenHere);
+        removeAll(ext, isForbiddenHere);
+    }
+    const QString text = name + ext;
+    if (text.isEmpty() || text == QLatin1String(".") || text == QLatin1String(".."))
+        return nullName(emptyName);
+    if (clean || isFolder)
+        return isFolder ? NameParts{text, QString()} : NameParts{name, ext};
+    return splitFileName(text, false);
+}
+
+}  // namespace
+
+NameParts cleanNewName(const QString& newName, const QString& newExt, bool isFolder, const QString& emptyName,
+                       bool windowsRules)
+{
+    if (!windowsRules)
+        return cleanByOwnRules(newName, newExt, isFolder, emptyName);
     QString name = newName;
     QString ext = newExt == QLatin1String(".") ? QString() : newExt;
-    removeForbidden(name);
-    removeForbidden(ext);
+    removeAll(name, isForbiddenOnWindows);
+    removeAll(ext, isForbiddenOnWindows);
     QString text = name + ext;
     auto untidy = [&text] {
         return text.endsWith(QLatin1Char('.')) || text.endsWith(QLatin1Char(' '))
@@ -119,7 +145,7 @@ NameParts cleanNewName(const QString& newName, const QString& newExt, bool isFol
             trimSpaces(text);
     }
     if (text.isEmpty())
-        return {emptyName.isEmpty() ? kDefaultNullName : emptyName, QString()};
+        return nullName(emptyName);
     if (isFolder)
         return {text, QString()};
     // Unchanged names (the common case) keep sharing the row's own texts.
@@ -161,6 +187,7 @@ struct Preview::RunState {
     PreviewResult& result;
     DuplicateNumbering numbering;
     QString emptyName;
+    bool windowsRules = false;
     qsizetype rows = 0;
     // Keys of the targets given so far in this preview.
     QSet<QString> targets;
@@ -197,18 +224,34 @@ QString Preview::numbered(RunState& state, const QString& folder, const QString&
     return candidate(lastK);  // every candidate is taken: the last one tried stands
 }
 
+// A device name takes its number right after the device word ("con.tar.gz" becomes
+// "con(2).tar.gz"), since whatever follows the first dot does not stop it naming the device.
+void Preview::numberTaken(RunState& state, const QString& folder, NameParts& clean, bool reserved)
+{
+    const qsizetype dot = reserved ? clean.name.indexOf(u'.') : -1;
+    if (dot < 0) {
+        clean.name = numbered(state, folder, clean.name, clean.ext);
+        return;
+    }
+    const QString stem = clean.name.left(dot);
+    const QString rest = clean.name.mid(dot);
+    clean.name = numbered(state, folder, stem, rest % clean.ext) % rest;
+}
+
 qsizetype Preview::validateRow(RunState& state, qsizetype rowIndex)
 {
     RenameList& list = m_session.renameList();
     FileEntry& row = list[rowIndex];
-    NameParts clean = cleanNewName(row.newName, row.newExt, row.isFolder, state.emptyName);
+    NameParts clean = cleanNewName(row.newName, row.newExt, row.isFolder, state.emptyName, state.windowsRules);
     QString target = row.path % clean.name % clean.ext;
     QString key = pathKey(target);
     qsizetype found = state.result.rowByKey.value(key, -1);
 
+    // A device name is no name for a file under the Windows rules: it is numbered as if taken.
+    const bool reserved = state.windowsRules && platform::isReservedDeviceName(toPlatformPath(clean.name % clean.ext));
     bool taken = false;
-    if (state.targets.contains(key)) {
-        taken = true;  // an earlier row of this preview already goes there
+    if (reserved || state.targets.contains(key)) {
+        taken = true;  // a device name, or an earlier row of this preview already goes there
     } else if (found < 0) {
         taken = m_exists(target);  // an object outside the list holds it
     } else if (found != rowIndex) {
@@ -217,7 +260,7 @@ qsizetype Preview::validateRow(RunState& state, qsizetype rowIndex)
         taken = !holder.selected || (sameName(holder.newName, holder.name) && sameName(holder.newExt, holder.ext));
     }
     if (taken) {
-        clean.name = numbered(state, row.path, clean.name, clean.ext);
+        numberTaken(state, row.path, clean, reserved);
         target = row.path % clean.name % clean.ext;
         key = pathKey(target);
         // Numbered names are checked against this preview's targets only; one may still be
@@ -256,7 +299,6 @@ PreviewResult Preview::run(bool simpleRename)
     Interaction& ui = m_session.interaction();
     const SettingsStore& settings = m_session.settings();
     const bool namesCurrent = m_session.newNamesCurrent();
-    m_session.setNewNamesCurrent(false);
     const bool autoPreview = settings.readBool(keys::kOperation, keys::kAutoPreview, true);
     const bool autoPreviewBefore = settings.readBool(keys::kOperation, keys::kAutoPreviewBefore, false);
     if (!namesCurrent && (!autoPreview || autoPreviewBefore)) {
@@ -281,9 +323,18 @@ PreviewResult Preview::run(bool simpleRename)
     for (qsizetype i = rows - 1; i >= 0; --i)
         result.rowByKey.insert(pathKey(result.rowPaths[size_t(i)]), i);
 
+    if (simpleRename && !result.stopped) {
+        // Simple rename checks nothing else, but no name may take its object out of its folder.
+        for (qsizetype i = 0; i < rows; ++i) {
+            FileEntry& row = list[i];
+            removeAll(row.newName, isSeparator);
+            removeAll(row.newExt, isSeparator);
+        }
+    }
     if (!simpleRename && !result.stopped) {
         QString emptyName = settings.readString(keys::kOperation, kNullSet, kDefaultNullName);
-        RunState state{result, DuplicateNumbering::fromSettings(settings), std::move(emptyName), rows, {}, {}, {}};
+        RunState state{result, DuplicateNumbering::fromSettings(settings), std::move(emptyName),
+                       windowsNameRules(settings), rows, {}, {}, {}};
         state.targets.reserve(rows);
         state.successor.assign(size_t(rows), -1);
         const QString conflictText = tr("文件已存在，新文件名存在更名冲突：");
@@ -323,6 +374,8 @@ PreviewResult Preview::run(bool simpleRename)
         }
     }
 
+    // What apply renames is what this preview shows, until the rows or the commands change.
+    m_session.setNewNamesCurrent(!result.stopped);
     if (result.stopped) {
         const QString text = tr("预览全部对象已被强制终止。");
         ui.status(text);

@@ -53,11 +53,18 @@ struct DuplicateNumbering {
     QString numberText(qint64 number) const;
 };
 
-// Turns a proposed name into one that can be given on disk: an extension of exactly "."
-// goes, control characters and * / : < > ? \ | are deleted (the double quote stays),
-// trailing dots and spaces and leading spaces are dropped, an empty result becomes
-// `emptyName` without extension, and a file's result is split again at its last dot.
-NameParts cleanNewName(const QString& newName, const QString& newExt, bool isFolder, const QString& emptyName);
+// Turns a proposed name into one that can be given on disk. Under the Windows rules an
+// extension of exactly "." goes, control characters and * / : < > ? \ | are deleted (the
+// double quote stays), and trailing dots and spaces and leading spaces are dropped.
+// Otherwise only '/' and NUL are deleted and everything else stays as it is. An empty
+// result (or "." or "..") becomes `emptyName` without extension, and a file's result is
+// split again at its last dot.
+NameParts cleanNewName(const QString& newName, const QString& newExt, bool isFolder, const QString& emptyName,
+                       bool windowsRules);
+
+// Whether names follow the Windows rules: always on Windows, elsewhere when the setting
+// "WindowsSafeNames" asks for names that also work there.
+bool windowsNameRules(const SettingsStore& settings);
 
 // Whether the moves, given as each row's successor (the row whose current path is its
 // target, or -1), form a cycle, so that no rename order frees every target first.
@@ -87,6 +94,7 @@ private:
     struct RunState;
     qsizetype validateRow(RunState& state, qsizetype row);
     QString numbered(RunState& state, const QString& folder, const QString& name, const QString& ext);
+    void numberTaken(RunState& state, const QString& folder, NameParts& clean, bool reserved);
     bool findCycle(const PreviewResult& result);
 
     Session& m_session;

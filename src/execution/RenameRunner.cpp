@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QHash>
+#include <QSet>
 #include <algorithm>
 
 #include "core/CommandList.h"
@@ -149,35 +150,33 @@ std::vector<size_t> orderByHolders(const std::vector<QString>& sourceKeys, const
 
 // ---------------------------------------------------------------------------------------
 
-MoveSet::Outcome MoveSet::rename(size_t i, const QString& newName, const std::optional<platform::FileInfo>* known,
-                                 platform::RenameResult* why)
+MoveSet::Outcome MoveSet::rename(size_t i, const QString& newName, platform::RenameResult* why)
 {
     MoveItem& item = items[i];
-    const QString from = item.path();
-    const QString to = item.folder + newName;
-    const auto before = known ? *known : m_ops.stat(from);
-    if (!m_journal.move(from, to)) {
-        if (why)
-            *why = platform::RenameResult{platform::RenameStatus::Other, 0, "journal not writable"};
-        return Outcome::Failed;
-    }
-    const platform::RenameResult result = m_ops.renameNoReplace(from, to);
+    const platform::RenameResult result = m_ops.renameInFolder(item.folder, item.name, newName, item.isFolder);
     if (why)
         *why = result;
     if (!result.ok())
         return Outcome::Failed;
     if (!m_ops.renameIsExact()) {
-        const auto after = m_ops.stat(to);
+        const auto after = m_ops.stat(item.folder + newName);
         if (!after)
             return Outcome::NotThere;
-        if (before && (after->attributes & ~platform::AttrDirectory) != (before->attributes & ~platform::AttrDirectory))
-            m_ops.setAttributes(to, before->attributes);
+        const std::uint32_t kept = item.attributes & ~platform::AttrDirectory;
+        if ((after->attributes & ~platform::AttrDirectory) != kept)
+            m_ops.setAttributes(item.folder + newName, item.attributes);
     }
-    m_journal.confirm(item.isFolder);
+    moved(i, newName);
+    return Outcome::Renamed;
+}
+
+void MoveSet::moved(size_t i, const QString& newName)
+{
+    MoveItem& item = items[i];
+    const QString from = item.path();
     item.name = newName;
     if (item.isFolder)
         carryBelow(i, from);
-    return Outcome::Renamed;
 }
 
 void MoveSet::carryBelow(size_t folderItem, const QString& oldPath)
@@ -207,53 +206,83 @@ void MoveSet::carryBelow(size_t folderItem, const QString& oldPath)
     }
 }
 
-bool MoveSet::toTemporaries(const std::vector<size_t>& files, const std::vector<size_t>& folders,
-                            const LengthRule& rule, std::vector<size_t>& created,
-                            const std::function<void(int)>& progress)
+QByteArray MoveSet::planLines(const std::vector<MoveStep>& steps) const
 {
+    MoveSet dry(*this);
+    dry.onFolderMoved = nullptr;
+    QByteArray lines;
+    qsizetype size = 0;
+    for (const MoveStep& step : steps)
+        size += (items[step.item].folder.size() + items[step.item].name.size()) * 3 + step.newName.size() * 2 + 8;
+    lines.reserve(size);
+    for (const MoveStep& step : steps) {
+        const MoveItem& item = dry.items[step.item];
+        appendMoveLine(lines, item.path(), item.folder + step.newName, item.isFolder);
+        dry.moved(step.item, step.newName);
+    }
+    return lines;
+}
+
+bool MoveSet::planTemporaries(const std::vector<size_t>& files, const std::vector<size_t>& folders,
+                              const LengthRule& rule, std::vector<MoveStep>& steps) const
+{
+    // Files first, then folders from the deepest: nothing above an object has moved yet when
+    // its turn comes, so each path is its path now. A name already taken (a temporary left
+    // by an earlier, broken batch) gets the prefix once more.
+    QSet<QString> planned;
     auto one = [&](size_t i) {
-        // A name already taken (a temporary left by an earlier, broken batch) gets the
-        // prefix once more.
-        QString temporary = kTemporaryPrefix + items[i].name;
-        while (m_ops.exists(items[i].folder + temporary) && !isTooLong(items[i].folder, temporary, rule))
+        const MoveItem& item = items[i];
+        QString temporary = kTemporaryPrefix + item.name;
+        auto taken = [&] {
+            return planned.contains(pathKey(item.folder + temporary)) || m_ops.exists(item.folder + temporary);
+        };
+        while (taken() && !isTooLong(item.folder, temporary, rule))
             temporary.prepend(kTemporaryPrefix);
-        if (isTooLong(items[i].folder, temporary, rule))
+        if (isTooLong(item.folder, temporary, rule))
             return false;
-        const QString before = items[i].name;
-        if (rename(i, temporary) != Outcome::Renamed)
-            return false;
-        items[i].inTemporary = true;
-        items[i].nameBeforeTemporary = before;
-        created.push_back(i);
+        planned.insert(pathKey(item.folder + temporary));
+        steps.push_back(MoveStep{i, temporary});
         return true;
     };
-    for (size_t k = 0; k < files.size(); ++k) {
-        if (!one(files[k]))
+    for (size_t i : files)
+        if (!one(i))
             return false;
-        if (progress)
-            progress(int((k + 1) * 100 / files.size()));
-    }
-    for (size_t k = folders.size(); k-- > 0;) {
+    for (size_t k = folders.size(); k-- > 0;)
         if (!one(folders[k]))
             return false;
-        if (progress)
-            progress(int((folders.size() - k) * 100 / folders.size()));
-    }
     return true;
 }
 
-bool MoveSet::rollBack(const std::vector<size_t>& created)
+bool MoveSet::rollBack(const std::vector<size_t>& order, Journal& journal)
 {
     bool all = true;
-    for (size_t i : created) {
-        if (!items[i].inTemporary)
+    for (size_t i : order) {
+        MoveItem& item = items[i];
+        if (!item.inTemporary)
             continue;
-        if (rename(i, items[i].nameBeforeTemporary) == Outcome::Renamed)
-            items[i].inTemporary = false;
+        const qsizetype k = journal.extraMove(item.path(), item.folder + item.nameBeforeTemporary, item.isFolder);
+        const bool made = k >= 0 && rename(i, item.nameBeforeTemporary) == Outcome::Renamed;
+        if (k >= 0)
+            journal.mark(k, made);
+        if (made)
+            item.inTemporary = false;
         else
             all = false;
     }
     return all;
+}
+
+size_t runSteps(MoveSet& moves, Journal& journal, const std::vector<MoveStep>& steps, size_t first, size_t last,
+                const std::function<bool(size_t step, MoveSet::Outcome, const platform::RenameResult&)>& after)
+{
+    for (size_t k = first; k < last; ++k) {
+        platform::RenameResult why;
+        const MoveSet::Outcome outcome = moves.rename(steps[k].item, steps[k].newName, &why);
+        journal.mark(qsizetype(k), outcome == MoveSet::Outcome::Renamed);
+        if (!after(k, outcome, why))
+            return k + 1;
+    }
+    return last;
 }
 
 // ---------------------------------------------------------------------------------------
@@ -328,7 +357,7 @@ QString settingsFolderOf(const Session& session)
     return splitPath(internalSeparators(file)).folder;
 }
 
-void afterRenameCommands(Session& session)
+void afterRenameCommands(Session& session, bool keepStates)
 {
     if (session.settings().readBool(keys::kOperation, keys::kAfterApplyClearCmd, true)) {
         session.commandList().clearAll();
@@ -339,7 +368,7 @@ void afterRenameCommands(Session& session)
         }
         session.resetPages();
     } else {
-        session.runAllCommands();
+        session.pipeline().runAll(false, keepStates);
     }
 }
 
@@ -375,303 +404,427 @@ bool hasExtensionCommand(const SettingsStore& store)
 
 }  // namespace
 
-ApplyResult RenameRunner::apply()
+// One apply from the questions to the snapshot: plan every rename (asking what the settings
+// leave open), put the plan on disk, then make it.
+struct RenameRunner::Run {
+    Run(RenameRunner& runner, const PreviewResult& preview, ApplyResult& result)
+        : r(runner), s(runner.m_session), ui(s.interaction()), settings(s.settings()), list(s.renameList()),
+          preview(preview), result(result), moves(runner.m_ops), journal(runner.m_ops)
+    {
+    }
+
+    void setStatus(const QString& text)
+    {
+        caption = text;
+        lastPercent = -1;
+        ui.status(text);
+    }
+    void progress(int percent)
+    {
+        if (percent != lastPercent) {
+            lastPercent = percent;
+            ui.progress(caption, percent);
+        }
+    }
+    QString targetName(qsizetype row) const
+    {
+        const FileEntry& entry = list.at(row);
+        return entry.selected ? entry.newName + entry.newExt : entry.name + entry.ext;
+    }
+
+    void setUpItems();
+    void orderWorkLists();
+    void planMainPass();
+    std::optional<QString> decideTarget(qsizetype row, const QString& source);
+    int decideAttribute(bool system, const QString& source);
+    void skip(qsizetype row, const QString& message, const QString& source);
+    bool writeJournal(const QString& file);
+    bool runFirstPass(int number, const QString& file);
+    void runMainPass();
+    void finishRow(qsizetype row, MoveSet::Outcome outcome);
+    void complete(int number, const QString& file);
+
+    RenameRunner& r;
+    Session& s;
+    Interaction& ui;
+    SettingsStore& settings;
+    RenameList& list;
+    const PreviewResult& preview;
+    ApplyResult& result;
+    MoveSet moves;
+    Journal journal;
+    std::vector<size_t> files, folders;
+    std::vector<MoveStep> steps;
+    size_t firstPass = 0;  // steps [0, firstPass) put everything under temporary names
+    QString caption;
+    int lastPercent = -1;
+};
+
+void RenameRunner::Run::setUpItems()
 {
-    ApplyResult result;
+    const qsizetype rows = list.size();
+    moves.items.resize(size_t(rows));
+    for (qsizetype row = 0; row < rows; ++row) {
+        const FileEntry& entry = list.at(row);
+        MoveItem& item = moves.items[size_t(row)];
+        item.folder = entry.path;
+        item.name = item.originalName = entry.fileName();
+        item.isFolder = entry.isFolder;
+        item.attributes = entry.attributes;
+    }
+    // Rows below a renamed folder follow it (also while it has a temporary name).
+    moves.onFolderMoved = [this](size_t i, const QString& oldFolder) {
+        FileEntry& entry = list[qsizetype(i)];
+        const QString oldFull = oldFolder + entry.name + entry.ext;
+        entry.path = moves.items[i].folder;
+        list.updateKnownPath(oldFull, entry.fullPath());
+    };
+    // Folders sorted ascending (case-insensitive) so that walking from the end handles a
+    // folder before the folders that hold it.
+    files.assign(preview.fileWork.begin(), preview.fileWork.end());
+    folders.assign(preview.folderWork.begin(), preview.folderWork.end());
+    std::stable_sort(folders.begin(), folders.end(), [&](size_t a, size_t b) {
+        return preview.rowPaths[a].compare(preview.rowPaths[b], Qt::CaseInsensitive) < 0;
+    });
+}
+
+void RenameRunner::Run::orderWorkLists()
+{
+    setStatus(tr("正在智能处理"));
+    for (std::vector<size_t>* work : {&files, &folders}) {
+        std::vector<QString> sources, targets;
+        std::vector<bool> changed;
+        for (size_t row : *work) {
+            const QString target = list.at(qsizetype(row)).path + targetName(qsizetype(row));
+            sources.push_back(pathKey(preview.rowPaths[row]));
+            targets.push_back(pathKey(target));
+            changed.push_back(target != preview.rowPaths[row]);
+        }
+        const std::vector<size_t> order = orderByHolders(sources, targets, changed);
+        std::vector<size_t> reordered;
+        reordered.reserve(order.size());
+        for (size_t k : order)
+            reordered.push_back((*work)[k]);
+        *work = std::move(reordered);
+    }
+}
+
+void RenameRunner::Run::skip(qsizetype row, const QString& message, const QString& source)
+{
+    FileEntry& entry = list[row];
+    entry.newName = entry.name;
+    entry.newExt = entry.ext;
+    entry.state = StateLoaded;
+    ++result.skipped;
+    if (!message.isEmpty())
+        s.messages().add(message + nativeSeparators(source), MessageColour::Normal, int(row));
+}
+
+int RenameRunner::Run::decideAttribute(bool system, const QString& source)
+{
+    const QString op = keys::kOperation;
+    const QString notAskKey = system ? keys::kAttribSNotAsk : keys::kAttribRNotAsk;
+    const QString renameKey = system ? keys::kAttribSRename : keys::kAttribRRename;
+    const int stored = int(settings.readInt(op, renameKey, 1));
+    if (settings.readBool(op, notAskKey, false) && !(preview.foundExist && stored == 0))
+        return stored;
+    const ChoiceAnswer answer = r.m_dialogs->attributeQuestion(system, source, stored);
+    settings.writeInt(op, renameKey, answer.choice);
+    settings.writeBool(op, notAskKey, answer.dontAskAgain);
+    return answer.choice;
+}
+
+// The name the row's object gets, after the questions about read-only, system and over-long
+// objects (asked from what the listing said, before anything is renamed); nullopt: skipped.
+std::optional<QString> RenameRunner::Run::decideTarget(qsizetype row, const QString& source)
+{
+    const FileEntry& entry = list.at(row);
+    const QString op = keys::kOperation;
+    if ((entry.attributes & platform::AttrReadOnly) && decideAttribute(false, source) == 0) {
+        skip(row, tr("只读属性，跳过："), source);
+        return std::nullopt;
+    }
+    if ((entry.attributes & platform::AttrSystem) && decideAttribute(true, source) == 0) {
+        skip(row, tr("系统属性，跳过："), source);
+        return std::nullopt;
+    }
+    const QString target = targetName(row);
+    if (!isTooLong(entry.path, target, r.m_rule))
+        return target;
+    const NameParts proposed = splitFileName(target, entry.isFolder);
+    int choice = int(settings.readInt(op, keys::kTooLongCut, 1));
+    if (!settings.readBool(op, keys::kTooLongNotAsk, false)) {
+        const auto preselected = shortenName(entry.path, proposed.name, proposed.ext, entry.isFolder,
+                                             Shortening(choice ? choice : 1), r.m_rule);
+        const ChoiceAnswer answer = r.m_dialogs->tooLongQuestion(
+            source, target, preselected ? preselected->name + preselected->ext : QString(), choice);
+        choice = answer.choice;
+        settings.writeInt(op, keys::kTooLongCut, choice);
+        settings.writeBool(op, keys::kTooLongNotAsk, answer.dontAskAgain);
+    }
+    const auto shortened = choice >= 1 && choice <= 3 ? shortenName(entry.path, proposed.name, proposed.ext,
+                                                                     entry.isFolder, Shortening(choice), r.m_rule)
+                                                      : std::nullopt;
+    if (!shortened) {
+        skip(row, tr("超出系统规定长度，跳过："), source);
+        return std::nullopt;
+    }
+    return shortened->name + shortened->ext;
+}
+
+// Files from the end of their list, then folders from the end: each renamed after the
+// objects that hold its target (see orderByHolders) and folders before the folders above.
+void RenameRunner::Run::planMainPass()
+{
+    std::vector<QString> temporary(moves.items.size());
+    for (size_t k = 0; k < firstPass; ++k)
+        temporary[steps[k].item] = steps[k].newName;
+    const bool uacWatch = settings.readBool(keys::kGeneral, QStringLiteral("UAC"), true);
+    const QString systemDrive = pathKey(fromPlatformPath(platform::systemDrive()));
+    for (const std::vector<size_t>* work : {&files, &folders}) {
+        for (size_t k = work->size(); k-- > 0;) {
+            const size_t i = (*work)[k];
+            const qsizetype row = qsizetype(i);
+            const MoveItem& item = moves.items[i];
+            const QString source = item.folder + (firstPass ? temporary[i] : item.name);
+            if (!firstPass && targetName(row) == item.name) {
+                skip(row, {}, source);
+                continue;
+            }
+            const std::optional<QString> target = decideTarget(row, source);
+            if (!target)
+                continue;  // an object skipped after the first pass stays under its temporary name
+            if (uacWatch && !result.systemDriveMet && pathKey(driveOf(source)) == systemDrive)
+                result.systemDriveMet = true;
+            steps.push_back(MoveStep{i, *target});
+        }
+    }
+}
+
+bool RenameRunner::Run::writeJournal(const QString& file)
+{
+    SnapshotData start;
+    start.foundExist = preview.foundExist;
+    start.foundExistAndExchange = preview.foundExistAndExchange;
+    start.lines.reserve(moves.items.size());
+    for (const MoveItem& item : moves.items)
+        start.lines.push_back(SnapshotLine{item.path(), item.originalName});
+    QString error;
+    if (journal.begin(file, std::move(start), moves.planLines(steps), qsizetype(firstPass), &error))
+        return true;
+    ui.notify(Notice{QStringLiteral("apply.snapshotFailed"), kErrorTitle,
+                     tr("无法写入文件：%1（%2）").arg(nativeSeparators(file), error), Icon::Error});
+    return false;
+}
+
+// Everything to its temporary name; on the first failure everything goes back.
+bool RenameRunner::Run::runFirstPass(int number, const QString& file)
+{
+    setStatus(tr("正在准备更名数据"));
+    std::vector<size_t> created;
+    const size_t made = runSteps(moves, journal, steps, 0, firstPass,
+                                 [&](size_t k, MoveSet::Outcome outcome, const platform::RenameResult&) {
+                                     if (outcome != MoveSet::Outcome::Renamed)
+                                         return false;
+                                     MoveItem& item = moves.items[steps[k].item];
+                                     item.inTemporary = true;
+                                     item.nameBeforeTemporary = item.originalName;
+                                     created.push_back(steps[k].item);
+                                     progress(int((k + 1) * 100 / firstPass));
+                                     return true;
+                                 });
+    // The main pass may only start with every temporary on record.
+    if (made == firstPass && created.size() == firstPass && journal.flush())
+        return true;
+    journal.giveUpAt(qsizetype(made));
+    if (moves.rollBack(created, journal)) {
+        journal.discard();
+    } else {
+        // Some object stays under its temporary name: the journal leads it back, from undo.
+        s.messages().add(tr("智能更名失败！用户可以自行手动更名两次来达到目的。"), MessageColour::Red);
+        s.pushSnapshot(number);
+        result.snapshotPath = file;
+    }
+    ui.notify(Notice{QStringLiteral("apply.firstPassFailed"), kErrorTitle,
+                     tr("智能更名失败！用户可以自行手动更名两次来达到目的。"), Icon::Error});
+    return false;
+}
+
+void RenameRunner::Run::finishRow(qsizetype row, MoveSet::Outcome outcome)
+{
+    FileEntry& entry = list[row];
+    MoveItem& item = moves.items[size_t(row)];
+    const QString oldFull = entry.fullPath();
+    if (outcome == MoveSet::Outcome::Renamed) {
+        item.inTemporary = false;
+        const NameParts parts = splitFileName(item.name, entry.isFolder);
+        entry.path = item.folder;
+        entry.name = entry.newName = parts.name;
+        entry.ext = entry.newExt = parts.ext;
+        entry.state = StateRenamed;
+        ++result.succeeded;
+        list.updateKnownPath(oldFull, entry.fullPath());
+        return;
+    }
+    const QString source = item.path();
+    s.messages().add((entry.isFolder ? tr("文件夹更名失败：") : tr("文件更名失败：")) + nativeSeparators(source),
+                     MessageColour::Red, int(row));
+    if (item.inTemporary && r.m_ops.exists(source)) {
+        const NameParts parts = splitFileName(item.name, entry.isFolder);
+        entry.name = parts.name;
+        entry.ext = parts.ext;
+        list.updateKnownPath(oldFull, entry.fullPath());
+    }
+    entry.newName = entry.name;
+    entry.newExt = entry.ext;
+    entry.state = StateFailed;
+    ++result.failed;
+}
+
+void RenameRunner::Run::runMainPass()
+{
+    setStatus(tr("正在批量更名"));
+    const size_t total = steps.size() - firstPass;
+    runSteps(moves, journal, steps, firstPass, steps.size(),
+             [&](size_t k, MoveSet::Outcome outcome, const platform::RenameResult&) {
+                 const size_t done = k - firstPass;
+                 if ((done & 63) == 0)
+                     ui.stopRequested();  // lets a window repaint; apply itself is not stopped
+                 progress(int(done * 100 / total));
+                 // NotThere: said to be renamed, yet not there: neither counted nor updated.
+                 if (outcome != MoveSet::Outcome::NotThere)
+                     finishRow(qsizetype(steps[k].item), outcome);
+                 return true;
+             });
+    progress(100);
+}
+
+void RenameRunner::Run::complete(int number, const QString& file)
+{
+    result.rows = list.size();
+    s.messages().add(tr("对象批量更名完成。"));
+    const QString counts = tr("更名文件列表对象%1个，操作成功%2个，失败%3个，跳过%4个")
+                               .arg(result.rows)
+                               .arg(result.succeeded)
+                               .arg(result.failed)
+                               .arg(result.skipped);
+    s.messages().add(tr("对象批量更名完成！") + counts);
+    result.summary = counts + tr("。");
+    s.pushSnapshot(number);
+    SnapshotData snapshot;
+    snapshot.foundExist = preview.foundExist;
+    snapshot.foundExistAndExchange = preview.foundExistAndExchange;
+    snapshot.lines.reserve(moves.items.size());
+    for (const MoveItem& item : moves.items)
+        snapshot.lines.push_back(SnapshotLine{item.path(), item.originalName});
+    QString error;
+    if (!journal.finish(snapshot, &error))
+        s.messages().add(tr("无法写入文件：%1（%2）").arg(nativeSeparators(file), error), MessageColour::Red);
+    result.snapshotPath = file;
+    s.setPendingImport(false);
+    afterRenameCommands(s, true);
+    result.showCompletionDialog = settings.readBool(keys::kOperation, keys::kApplyConfirmDlgShow, true);
+    s.saveSettings();
+    result.end = ApplyResult::End::Done;
+}
+
+// The questions before anything is planned; false: the user stopped, or there is nothing.
+bool RenameRunner::askBeforeStarting(ApplyResult& result, bool& simple)
+{
     Session& s = m_session;
     Interaction& ui = s.interaction();
-    SettingsStore& settings = s.settings();
-    const QString op = keys::kOperation;
-
+    const SettingsStore& settings = s.settings();
     if (!requireFileRenamePage(s)) {
         result.end = ApplyResult::End::WrongPage;
-        return result;
+        return false;
     }
-    RenameList& list = s.renameList();
-    if (list.isEmpty()) {
+    if (s.renameList().isEmpty()) {
         result.end = ApplyResult::End::EmptyList;
-        return result;
+        return false;
     }
-    if (settings.readBool(op, keys::kApplyConfirm, true)
+    if (settings.readBool(keys::kOperation, keys::kApplyConfirm, true)
         && ui.ask(Question{QStringLiteral("apply.confirm"), tr("更名确认"), tr("开始进行批量更名，确认吗？"),
                            Button::Ok | Button::Cancel, Button::Ok, Icon::Question})
                != Button::Ok)
-        return result;
+        return false;
     if (hasExtensionCommand(settings)
         && ui.ask(Question{QStringLiteral("apply.extensionWarning"), kHintTitle,
                            tr("命令列表中含有修改文件扩展名的命令。如果改变文件扩展名，可能会导致文件不可用。")
                                + QStringLiteral("\r\n\r\n") + tr("确实要更改吗？"),
                            Button::Ok | Button::Cancel, Button::Ok, Icon::Warning})
                != Button::Ok)
-        return result;
-    bool simple = false;
-    if (list.size() >= settings.readInt(op, keys::kRenameSelectCount, 10000)) {
-        const ApplyMode mode = m_dialogs->chooseMode(list.size());
+        return false;
+    if (s.renameList().size() >= settings.readInt(keys::kOperation, keys::kRenameSelectCount, 10000)) {
+        const ApplyMode mode = m_dialogs->chooseMode(s.renameList().size());
         if (mode == ApplyMode::Stop)
-            return result;
+            return false;
         simple = mode == ApplyMode::Simple;
     }
+    return true;
+}
 
+ApplyResult RenameRunner::apply()
+{
+    ApplyResult result;
+    bool simple = false;
+    if (!askBeforeStarting(result, simple))
+        return result;
     const PreviewResult preview = m_preview(simple);
-    if (!preview.ran) {
-        result.end = ApplyResult::End::EmptyList;
+    if (!preview.ran || preview.stopped) {
+        result.end = preview.ran ? ApplyResult::End::PreviewStopped : ApplyResult::End::EmptyList;
         return result;
     }
-    if (preview.stopped) {
-        result.end = ApplyResult::End::PreviewStopped;
-        return result;
-    }
-
+    Session& s = m_session;
+    Interaction& ui = s.interaction();
     BusyScope busy(ui);
-    QString caption = tr("准备批量更名");
-    int lastPercent = -1;
-    auto progress = [&](int percent) {
-        if (percent != lastPercent) {
-            lastPercent = percent;
-            ui.progress(caption, percent);
-        }
-    };
-    auto setStatus = [&](const QString& text) {
-        caption = text;
-        lastPercent = -1;
-        ui.status(text);
-    };
-    setStatus(tr("准备批量更名"));
-    progress(0);
-
+    Run run(*this, preview, result);
+    run.setStatus(tr("准备批量更名"));
+    run.progress(0);
     if ((preview.foundExist || preview.foundExistAndExchange)
-        && !settings.readBool(keys::kInterface, keys::kIgnoreSmartRenameWarning, false)) {
+        && !s.settings().readBool(keys::kInterface, keys::kIgnoreSmartRenameWarning, false)) {
         const ConflictAnswer answer = m_dialogs->conflictWarning(preview);
         if (answer.proceed && answer.dontShowAgain)
-            settings.writeBool(keys::kInterface, keys::kIgnoreSmartRenameWarning, true);
+            s.settings().writeBool(keys::kInterface, keys::kIgnoreSmartRenameWarning, true);
         if (!answer.proceed)
             return result;
     }
-
-    // The journal is on disk before anything is renamed.
     const QString folder = settingsFolderOf(s);
-    const int number = s.applyCounter() + 1;
-    const QString snapshotFile = snapshotPath(folder, s.runStamp(), number);
     if (folder.isEmpty() || !m_ops.createFolders(snapshotFolder(folder, s.runStamp()))) {
         ui.notify(Notice{QStringLiteral("apply.snapshotFolderFailed"), kErrorTitle, tr("创建存放自动快照的文件夹失败！"),
                          Icon::Error});
         result.end = ApplyResult::End::SnapshotFailed;
         return result;
     }
-    const qsizetype rowCount = list.size();
-    Journal journal(m_ops);
-    MoveSet moves(m_ops, journal);
-    moves.items.resize(size_t(rowCount));
-    SnapshotData snapshot;
-    snapshot.foundExist = preview.foundExist;
-    snapshot.foundExistAndExchange = preview.foundExistAndExchange;
-    snapshot.lines.resize(size_t(rowCount));
-    for (qsizetype r = 0; r < rowCount; ++r) {
-        const FileEntry& row = list.at(r);
-        MoveItem& item = moves.items[size_t(r)];
-        item.folder = row.path;
-        item.name = item.originalName = row.fileName();
-        item.isFolder = row.isFolder;
-        snapshot.lines[size_t(r)] = SnapshotLine{row.fullPath(), item.originalName};
-    }
-    {
-        QString error;
-        if (!journal.begin(snapshotFile, snapshot, &error)) {
-            ui.notify(Notice{QStringLiteral("apply.snapshotFailed"), kErrorTitle,
-                             tr("无法写入文件：%1（%2）").arg(nativeSeparators(snapshotFile), error), Icon::Error});
-            result.end = ApplyResult::End::SnapshotFailed;
-            return result;
-        }
-    }
-    // Rows below a renamed folder follow it (also while it has a temporary name).
-    moves.onFolderMoved = [&](size_t i, const QString& oldFolder) {
-        FileEntry& row = list[qsizetype(i)];
-        const QString oldFull = oldFolder + row.name + row.ext;
-        row.path = moves.items[i].folder;
-        list.updateKnownPath(oldFull, row.fullPath());
-    };
+    // A number no file of this run has: a journal kept after a failed batch stays whole.
+    int number = s.newestSnapshot() + 1;
+    while (m_ops.exists(snapshotPath(folder, s.runStamp(), number)))
+        ++number;
+    const QString file = snapshotPath(folder, s.runStamp(), number);
 
-    auto targetName = [&](qsizetype r) {
-        const FileEntry& row = list.at(r);
-        return row.selected ? row.newName + row.newExt : row.name + row.ext;
-    };
-
-    // Folders sorted ascending (case-insensitive) so that walking from the end handles a
-    // folder before the folders that hold it.
-    std::vector<size_t> files(preview.fileWork.begin(), preview.fileWork.end());
-    std::vector<size_t> folders(preview.folderWork.begin(), preview.folderWork.end());
-    std::stable_sort(folders.begin(), folders.end(), [&](size_t a, size_t b) {
-        return preview.rowPaths[a].compare(preview.rowPaths[b], Qt::CaseInsensitive) < 0;
-    });
-
-    // First pass through temporaries when the renames form a cycle.
-    const bool twoPass = preview.foundExistAndExchange;
-    if (twoPass) {
-        setStatus(tr("正在准备更名数据"));
-        std::vector<size_t> created;
-        if (!moves.toTemporaries(files, folders, m_rule, created, progress)) {
-            if (moves.rollBack(created))
-                journal.discard();
-            else
-                s.messages().add(tr("智能更名失败！用户可以自行手动更名两次来达到目的。"), MessageColour::Red);
+    run.setUpItems();
+    if (preview.foundExistAndExchange) {
+        if (!run.moves.planTemporaries(run.files, run.folders, m_rule, run.steps)) {
             ui.notify(Notice{QStringLiteral("apply.firstPassFailed"), kErrorTitle,
                              tr("智能更名失败！用户可以自行手动更名两次来达到目的。"), Icon::Error});
             result.end = ApplyResult::End::FirstPassFailed;
             return result;
         }
+        run.firstPass = run.steps.size();
         result.usedTemporaries = true;
     } else if (preview.foundExist) {
-        setStatus(tr("正在智能处理"));
-        for (std::vector<size_t>* work : {&files, &folders}) {
-            std::vector<QString> sources, targets;
-            std::vector<bool> changed;
-            for (size_t r : *work) {
-                const QString target = list.at(qsizetype(r)).path + targetName(qsizetype(r));
-                sources.push_back(pathKey(preview.rowPaths[r]));
-                targets.push_back(pathKey(target));
-                changed.push_back(target != preview.rowPaths[r]);
-            }
-            const std::vector<size_t> order = orderByHolders(sources, targets, changed);
-            std::vector<size_t> reordered;
-            reordered.reserve(order.size());
-            for (size_t k : order)
-                reordered.push_back((*work)[k]);
-            *work = std::move(reordered);
-        }
+        run.orderWorkLists();
     }
-
-    // Main pass.
-    setStatus(tr("正在批量更名"));
-    const bool uacWatch = settings.readBool(keys::kGeneral, QStringLiteral("UAC"), true);
-    const QString systemDrive = pathKey(fromPlatformPath(platform::systemDrive()));
-    const qsizetype total = qsizetype(files.size() + folders.size());
-    qsizetype done = 0;
-    auto skip = [&](qsizetype r, const QString& message, const QString& source) {
-        FileEntry& row = list[r];
-        row.newName = row.name;
-        row.newExt = row.ext;
-        row.state = StateLoaded;
-        ++result.skipped;
-        if (!message.isEmpty())
-            s.messages().add(message + nativeSeparators(source), MessageColour::Normal, int(r));
-    };
-    auto decide = [&](bool system, const QString& source) {
-        const QString notAskKey = system ? keys::kAttribSNotAsk : keys::kAttribRNotAsk;
-        const QString renameKey = system ? keys::kAttribSRename : keys::kAttribRRename;
-        const int stored = int(settings.readInt(op, renameKey, 1));
-        if (settings.readBool(op, notAskKey, false) && !(preview.foundExist && stored == 0))
-            return stored;
-        const ChoiceAnswer answer = m_dialogs->attributeQuestion(system, source, stored);
-        settings.writeInt(op, renameKey, answer.choice);
-        settings.writeBool(op, notAskKey, answer.dontAskAgain);
-        return answer.choice;
-    };
-
-    for (const std::vector<size_t>* work : {&files, &folders}) {
-        for (size_t k = work->size(); k-- > 0;) {
-            if ((done & 63) == 0)
-                ui.stopRequested();  // lets a window repaint; apply itself is not stopped
-            progress(int(done * 100 / total));
-            ++done;
-            const qsizetype r = qsizetype((*work)[k]);
-            FileEntry& row = list[r];
-            MoveItem& item = moves.items[size_t(r)];
-            const QString source = item.path();
-            QString target = targetName(r);
-            if (!item.inTemporary && item.folder + target == source) {
-                skip(r, {}, source);
-                continue;
-            }
-            const auto info = m_ops.stat(source);
-            const std::uint32_t attributes = info ? info->attributes : 0;
-            if ((attributes & platform::AttrReadOnly) && decide(false, source) == 0) {
-                skip(r, tr("只读属性，跳过："), source);
-                continue;
-            }
-            if ((attributes & platform::AttrSystem) && decide(true, source) == 0) {
-                skip(r, tr("系统属性，跳过："), source);
-                continue;
-            }
-            if (isTooLong(item.folder, target, m_rule)) {
-                const NameParts proposed = splitFileName(target, row.isFolder);
-                int choice = int(settings.readInt(op, keys::kTooLongCut, 1));
-                if (!settings.readBool(op, keys::kTooLongNotAsk, false)) {
-                    const auto preselected =
-                        shortenName(item.folder, proposed.name, proposed.ext, row.isFolder,
-                                    Shortening(choice ? choice : 1), m_rule);
-                    const ChoiceAnswer answer = m_dialogs->tooLongQuestion(
-                        source, target, preselected ? preselected->name + preselected->ext : QString(), choice);
-                    choice = answer.choice;
-                    settings.writeInt(op, keys::kTooLongCut, choice);
-                    settings.writeBool(op, keys::kTooLongNotAsk, answer.dontAskAgain);
-                }
-                const auto shortened = choice >= 1 && choice <= 3
-                                           ? shortenName(item.folder, proposed.name, proposed.ext, row.isFolder,
-                                                         Shortening(choice), m_rule)
-                                           : std::nullopt;
-                if (!shortened) {
-                    skip(r, tr("超出系统规定长度，跳过："), source);
-                    continue;
-                }
-                target = shortened->name + shortened->ext;
-            }
-            if (uacWatch && !result.systemDriveMet && pathKey(driveOf(source)) == systemDrive)
-                result.systemDriveMet = true;
-
-            const QString oldFull = row.fullPath();
-            const MoveSet::Outcome outcome = moves.rename(size_t(r), target, &info);
-            if (outcome == MoveSet::Outcome::NotThere)
-                continue;  // said to be renamed, yet not there: neither counted nor updated
-            if (outcome == MoveSet::Outcome::Renamed) {
-                item.inTemporary = false;
-                const NameParts parts = splitFileName(target, row.isFolder);
-                row.path = item.folder;
-                row.name = row.newName = parts.name;
-                row.ext = row.newExt = parts.ext;
-                row.state = StateRenamed;
-                ++result.succeeded;
-                list.updateKnownPath(oldFull, row.fullPath());
-                continue;
-            }
-            s.messages().add((row.isFolder ? tr("文件夹更名失败：") : tr("文件更名失败：")) + nativeSeparators(source),
-                             MessageColour::Red, int(r));
-            if (m_ops.exists(source)) {
-                const NameParts parts = splitFileName(item.name, row.isFolder);
-                row.name = parts.name;
-                row.ext = parts.ext;
-                list.updateKnownPath(oldFull, row.fullPath());
-            }
-            row.newName = row.name;
-            row.newExt = row.ext;
-            row.state = StateFailed;
-            ++result.failed;
-        }
+    run.planMainPass();
+    if (!run.writeJournal(file)) {
+        result.end = ApplyResult::End::SnapshotFailed;
+        return result;
     }
-    progress(100);
-
-    // Completion.
-    result.rows = rowCount;
-    s.messages().add(tr("对象批量更名完成。"));
-    const QString counts = tr("更名文件列表对象%1个，操作成功%2个，失败%3个，跳过%4个")
-                               .arg(rowCount)
-                               .arg(result.succeeded)
-                               .arg(result.failed)
-                               .arg(result.skipped);
-    s.messages().add(tr("对象批量更名完成！") + counts);
-    result.summary = counts + tr("。");
-    s.nextApplyNumber();
-    for (size_t i = 0; i < moves.items.size(); ++i)
-        snapshot.lines[i].path = moves.items[i].path();
-    {
-        QString error;
-        if (!journal.finish(snapshot, &error))
-            s.messages().add(tr("无法写入文件：%1（%2）").arg(nativeSeparators(snapshotFile), error), MessageColour::Red);
+    if (run.firstPass && !run.runFirstPass(number, file)) {
+        result.end = ApplyResult::End::FirstPassFailed;
+        return result;
     }
-    result.snapshotPath = snapshotFile;
-    afterRenameCommands(s);
-    result.showCompletionDialog = settings.readBool(op, keys::kApplyConfirmDlgShow, true);
-    s.saveSettings();
-    result.end = ApplyResult::End::Done;
+    run.runMainPass();
+    run.complete(number, file);
     return result;
 }
 

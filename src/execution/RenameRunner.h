@@ -65,8 +65,8 @@ std::vector<size_t> orderByHolders(const std::vector<QString>& sourceKeys, const
 
 // ---------------------------------------------------------------------------------------
 // Objects being moved in one batch (apply or undo): where each one is, the name it had
-// before the batch and the name it is to get. Every rename goes through the journal, keeps
-// the attribute word, and a renamed folder carries the objects below it along.
+// before the batch and the name it is to get. Every rename keeps the attribute word, never
+// leaves the object's folder, and a renamed folder carries the objects below it along.
 
 struct MoveItem {
     QString folder;      // the containing folder now, ending with '/'
@@ -75,45 +75,58 @@ struct MoveItem {
     bool isFolder = false;
     bool inTemporary = false;
     QString nameBeforeTemporary;
+    std::uint32_t attributes = 0;  // as last read (the listing that loaded it)
     QString path() const { return folder + name; }
+};
+
+// One rename of a batch: the item gets the name in the folder that holds it by then.
+struct MoveStep {
+    size_t item = 0;
+    QString newName;
 };
 
 class MoveSet {
 public:
-    MoveSet(FileOperations& ops, Journal& journal) : m_ops(ops), m_journal(journal) {}
+    explicit MoveSet(FileOperations& ops) : m_ops(ops) {}
 
     std::vector<MoveItem> items;
     // Called for an item whose folder changed because a folder above it was renamed.
     std::function<void(size_t item, const QString& oldFolder)> onFolderMoved;
 
     enum class Outcome { Renamed, Failed, NotThere };
-    // Renames item `i` to `newName` in its folder, the journal written around it. Where
-    // the file operations' rename is not exact, the target is looked at afterwards and its
-    // attributes restored when they changed; NotThere: the rename said it worked but
-    // nothing is at the target (the item is left as it was).
-    // `known`: the item's stat, when the caller has just read it.
-    Outcome rename(size_t i, const QString& newName, const std::optional<platform::FileInfo>* known = nullptr,
-                   platform::RenameResult* why = nullptr);
+    // Renames item `i` to `newName` in its folder. Where the file operations' rename is not
+    // exact, the target is looked at afterwards and its attributes restored when they
+    // changed; NotThere: the rename said it worked but nothing is at the target (the item
+    // is left as it was).
+    Outcome rename(size_t i, const QString& newName, platform::RenameResult* why = nullptr);
 
-    // The first pass: `files` in order, then `folders` (sorted ascending) from the last,
-    // each to kTemporaryPrefix + its name (the prefix repeated while that name is taken).
-    // False at the first failure (or a temporary
-    // path too long by `rule`); `created` lists the items moved, in order.
-    bool toTemporaries(const std::vector<size_t>& files, const std::vector<size_t>& folders, const LengthRule& rule,
-                       std::vector<size_t>& created, const std::function<void(int)>& progress);
-    // Gives every created temporary its name back, in creation order. False when one
-    // could not be renamed back (it stays under its temporary name, with its journal line).
-    bool rollBack(const std::vector<size_t>& created);
+    // The plan lines of `steps` made one after another, worked out without the disk.
+    QByteArray planLines(const std::vector<MoveStep>& steps) const;
+    // The first pass: `files` in order, then `folders` (sorted ascending) from the last, each
+    // to kTemporaryPrefix + its name (the prefix repeated while that name is taken on disk or
+    // by another temporary). False when a temporary path would be too long by `rule`.
+    bool planTemporaries(const std::vector<size_t>& files, const std::vector<size_t>& folders, const LengthRule& rule,
+                         std::vector<MoveStep>& steps) const;
+    // Gives every item still under a temporary name its name back, in the order given, each
+    // rename written to the journal before it is made. False when one could not be renamed
+    // back (it stays under its temporary name, which the journal records).
+    bool rollBack(const std::vector<size_t>& order, Journal& journal);
 
 private:
+    // What a made rename changes: the item's name, and the folders of the items below it.
+    void moved(size_t i, const QString& newName);
     void carryBelow(size_t folderItem, const QString& oldPath);
 
     FileOperations& m_ops;
-    Journal& m_journal;
     // (original folder key, item) sorted, for finding everything below a folder.
     std::vector<std::pair<QString, size_t>> m_byFolder;
     std::vector<QString> m_originalKey;  // each item's original full path key
 };
+
+// Makes steps [first, last) in order, each marked in the journal; `after` hears of each
+// outcome. Stops early when `after` returns false; returns the index after the last step made.
+size_t runSteps(MoveSet& moves, Journal& journal, const std::vector<MoveStep>& steps, size_t first, size_t last,
+                const std::function<bool(size_t step, MoveSet::Outcome, const platform::RenameResult&)>& after);
 
 // ---------------------------------------------------------------------------------------
 // The questions apply asks. The GUI implements these with its forms; InteractionDialogs
@@ -205,6 +218,7 @@ public:
 
 private:
     struct Run;
+    bool askBeforeStarting(ApplyResult& result, bool& simple);
     Session& m_session;
     FileOperations& m_ops;
     PreviewFn m_preview;
@@ -218,6 +232,7 @@ QString settingsFolderOf(const Session& session);
 
 // What apply and undo do with the command list afterwards ("AfterApplyClearCmd"): clear it
 // and show the current names as new names, or re-run it over the list.
-void afterRenameCommands(Session& session);
+// `keepStates`: the rows keep the states the batch gave them.
+void afterRenameCommands(Session& session, bool keepStates = false);
 
 }  // namespace qp

@@ -4,6 +4,7 @@
 #include <QStringDecoder>
 
 #include "core/PathText.h"
+#include "core/ProgrammeFile.h"
 #include "core/TextFiles.h"
 #include "execution/FileOperations.h"
 
@@ -11,35 +12,65 @@ namespace qp {
 
 namespace {
 
-const QString kEncodedEquals = QStringLiteral("<61>");
-const QString kConfig = QStringLiteral("Rename Config");
-const QString kProgramme = QStringLiteral("Rename Programme");
-const QString kJournal = QStringLiteral("Rename Journal");
+const QByteArray kCrLf = QByteArrayLiteral("\r\n");
+const QByteArray kPlanHeading = QByteArrayLiteral("\r\n[Rename Plan]\r\n");
+const QByteArray kJournalHeading = QByteArrayLiteral("\r\n[Rename Journal]\r\n");
 
-void appendEncoded(QString& out, const QString& text)
+// Everything up to and including the programme section.
+QByteArray headBytes(const SnapshotData& data)
 {
-    for (QChar c : text) {
-        if (c == u'=')
-            out += kEncodedEquals;
-        else if (c != u'\r' && c != u'\n')
-            out += c;
+    QStringList header = text::programmeHeader(QStringLiteral(";更名方案文件 或 快照文件（用于撤销更名）"),
+                                               QStringLiteral(";由 Quillet Pro 自动生成"));
+    header << QString() << QStringLiteral("[Rename Config]")
+           << QStringLiteral("FoundExist=") + (data.foundExist ? u'1' : u'0')
+           << QStringLiteral("FoundExistAndExchange=") + (data.foundExistAndExchange ? u'1' : u'0');
+    if (data.unfinished)
+        header << QStringLiteral("Unfinished=1");
+    header << QString() << QStringLiteral("[Rename Programme]");
+    QByteArray bytes = text::withBomAndCrlf(header);
+    qsizetype size = bytes.size();
+    for (const SnapshotLine& line : data.lines)
+        size += (line.path.size() + line.name.size()) * 3 / 2 + 3;
+    bytes.reserve(size);
+    QString scratch;
+    for (const SnapshotLine& line : data.lines) {
+        scratch.clear();
+        text::appendNameField(scratch, nativeSeparators(line.path));
+        scratch += u'=';
+        text::appendNameField(scratch, line.name);
+        bytes += scratch.toUtf8();
+        bytes += kCrLf;
     }
+    return bytes;
 }
 
-QString decoded(QStringView text)
+QByteArray markLine(char kind, qsizetype k)
 {
-    QString out = text.toString();
-    out.replace(kEncodedEquals, QStringLiteral("="));
-    return out;
+    return kind + QByteArray::number(k + 1) + kCrLf;
 }
 
-QStringView trimmed(QStringView s)
+PlannedMove moveFrom(QStringView key, QStringView value)
 {
-    while (!s.isEmpty() && (s.front() == u' ' || s.front() == u'\t'))
-        s = s.sliced(1);
-    while (!s.isEmpty() && (s.back() == u' ' || s.back() == u'\t'))
-        s.chop(1);
-    return s;
+    const bool folder = key.startsWith(u'*');
+    return PlannedMove{internalSeparators(text::fromNameField(folder ? key.sliced(1) : key)),
+                       internalSeparators(text::fromNameField(value)), folder};
+}
+
+// A mark "+k", "-k" or "!k" of the journal; false for any other line.
+bool readMark(QStringView line, SnapshotData& data)
+{
+    line = text::trimBlanks(line);
+    if (line.size() < 2 || (line[0] != u'+' && line[0] != u'-' && line[0] != u'!' && line[0] != u'^'))
+        return false;
+    bool ok = false;
+    const qsizetype number = line.sliced(1).toLongLong(&ok);
+    if (!ok || number < 1)
+        return true;  // a damaged mark says nothing
+    if (line[0] == u'^')
+        data.firstPass = number;
+    else
+        (line[0] == u'+' ? data.made : line[0] == u'-' ? data.failed : data.givenUp).push_back(number - 1);
+    return true;
 }
 
 }  // namespace
@@ -57,118 +88,75 @@ QString snapshotPath(const QString& settingsFolder, const QString& runStamp, int
     return snapshotFolder(settingsFolder, runStamp) + QString::number(counter) + QStringLiteral(".txt");
 }
 
-QByteArray snapshotBytes(const SnapshotData& data)
-{
-    QStringList header = text::programmeHeader(QStringLiteral(";更名方案文件 或 快照文件（用于撤销更名）"),
-                                               QStringLiteral(";由 Quillet Pro 自动生成"));
-    header << QString() << QStringLiteral("[Rename Config]")
-           << QStringLiteral("FoundExist=") + (data.foundExist ? u'1' : u'0')
-           << QStringLiteral("FoundExistAndExchange=") + (data.foundExistAndExchange ? u'1' : u'0');
-    QString text;
-    qsizetype size = 1024;
-    for (const SnapshotLine& line : data.lines)
-        size += line.path.size() + line.name.size() + 4;
-    text.reserve(size);
-    for (const QString& line : header)
-        text += line + QStringLiteral("\r\n");
-    if (data.unfinished)
-        text += QStringLiteral("Unfinished=1\r\n");
-    text += QStringLiteral("\r\n[Rename Programme]\r\n");
-    for (const SnapshotLine& line : data.lines) {
-        appendEncoded(text, nativeSeparators(line.path));
-        text += u'=';
-        appendEncoded(text, line.name);
-        text += QStringLiteral("\r\n");
-    }
-    if (data.unfinished) {
-        text += QStringLiteral("\r\n[Rename Journal]\r\n");
-        for (const JournalMove& move : data.moves) {
-            text += QString::fromUtf8(journalMove(move.from, move.to));
-            if (move.done)
-                text += QString::fromUtf8(journalDone(move.folder));
-        }
-    }
-    return QByteArray("\xEF\xBB\xBF") + text.toUtf8();
-}
-
-QByteArray journalMove(const QString& from, const QString& to)
+void appendMoveLine(QByteArray& out, const QString& from, const QString& to, bool folder)
 {
     QString line;
-    line.reserve(from.size() + to.size() + 4);
-    appendEncoded(line, nativeSeparators(from));
+    line.reserve(from.size() + to.size() + 8);
+    if (folder)
+        line += u'*';
+    text::appendNameField(line, nativeSeparators(from));
     line += u'=';
-    appendEncoded(line, nativeSeparators(to));
-    line += QStringLiteral("\r\n");
-    return line.toUtf8();
+    text::appendNameField(line, nativeSeparators(to));
+    out += line.toUtf8();
+    out += kCrLf;
 }
 
-QByteArray journalDone(bool folder) { return folder ? QByteArray("+D\r\n") : QByteArray("+\r\n"); }
+QByteArray snapshotBytes(const SnapshotData& data)
+{
+    QByteArray bytes = headBytes(data);
+    if (!data.unfinished)
+        return bytes;
+    bytes += kPlanHeading;
+    for (qsizetype k = 0; k < data.planMoves; ++k)
+        appendMoveLine(bytes, data.moves[size_t(k)].from, data.moves[size_t(k)].to, data.moves[size_t(k)].folder);
+    bytes += kJournalHeading;
+    if (data.firstPass > 0)
+        bytes += '^' + QByteArray::number(data.firstPass) + kCrLf;
+    for (qsizetype k : data.made)
+        bytes += markLine('+', k);
+    for (qsizetype k : data.failed)
+        bytes += markLine('-', k);
+    for (qsizetype k : data.givenUp)
+        bytes += markLine('!', k);
+    for (size_t k = size_t(data.planMoves); k < data.moves.size(); ++k)
+        appendMoveLine(bytes, data.moves[k].from, data.moves[k].to, data.moves[k].folder);
+    return bytes;
+}
 
 std::optional<SnapshotData> parseSnapshot(QStringView text)
 {
-    SnapshotData data;
-    if (!text.isEmpty() && text.front() == u'\uFEFF')
-        text = text.sliced(1);
-    enum class In { Other, Config, Programme, Journal } in = In::Other;
-    bool sawProgramme = false;
-    qsizetype pos = 0;
-    while (pos < text.size()) {
-        qsizetype end = pos;
-        while (end < text.size() && text[end] != u'\n' && text[end] != u'\r')
-            ++end;
-        const QStringView line = text.sliced(pos, end - pos);
-        pos = (end + 1 < text.size() && text[end] == u'\r' && text[end + 1] == u'\n') ? end + 2 : end + 1;
-        const QStringView bare = trimmed(line);
-        if (bare.isEmpty() || bare.front() == u';' || bare.front() == u'#')
-            continue;
-        if (bare.front() == u'[' && bare.back() == u']') {
-            const QStringView name = trimmed(bare.sliced(1, bare.size() - 2));
-            in = name.compare(kConfig, Qt::CaseInsensitive) == 0      ? In::Config
-                 : name.compare(kProgramme, Qt::CaseInsensitive) == 0 ? In::Programme
-                 : name.compare(kJournal, Qt::CaseInsensitive) == 0   ? In::Journal
-                                                                      : In::Other;
-            if (in == In::Journal)
-                data.unfinished = true;
-            continue;
-        }
-        if (in == In::Journal && bare.front() == u'+') {
-            if (!data.moves.empty()) {
-                data.moves.back().done = true;
-                data.moves.back().folder = bare == u"+D";
-            }
-            continue;
-        }
-        const qsizetype eq = line.indexOf(u'=');
-        if (eq < 0)
-            continue;
-        const QStringView key = trimmed(line.first(eq));
-        const QStringView value = line.sliced(eq + 1);
-        switch (in) {
-        case In::Config: {
-            const bool on = trimmed(value) == u"1";
-            if (key.compare(u"FoundExist", Qt::CaseInsensitive) == 0)
-                data.foundExist = on;
-            else if (key.compare(u"FoundExistAndExchange", Qt::CaseInsensitive) == 0)
-                data.foundExistAndExchange = on;
-            else if (key.compare(u"Unfinished", Qt::CaseInsensitive) == 0)
-                data.unfinished = on;
-            break;
-        }
-        case In::Programme:
-            if (!key.isEmpty()) {
-                sawProgramme = true;
-                data.lines.push_back(SnapshotLine{internalSeparators(decoded(key)), decoded(value)});
-            }
-            break;
-        case In::Journal:
-            data.moves.push_back(JournalMove{internalSeparators(decoded(key)), internalSeparators(decoded(value))});
-            break;
-        case In::Other:
-            break;
-        }
-    }
-    if (!sawProgramme)
+    const RenameFileText file = readRenameFile(text);
+    if (file.programme.empty())
         return std::nullopt;
+    SnapshotData data;
+    for (const ProgrammeLine& line : file.config) {
+        const QStringView key = text::trimBlanks(line.oldPath);
+        const bool on = text::trimBlanks(line.newName) == u"1";
+        if (key.compare(u"FoundExist", Qt::CaseInsensitive) == 0)
+            data.foundExist = on;
+        else if (key.compare(u"FoundExistAndExchange", Qt::CaseInsensitive) == 0)
+            data.foundExistAndExchange = on;
+        else if (key.compare(u"Unfinished", Qt::CaseInsensitive) == 0)
+            data.unfinished = on;
+    }
+    data.lines.reserve(file.programme.size());
+    for (const ProgrammeLine& line : file.programme)
+        data.lines.push_back(SnapshotLine{internalSeparators(text::fromNameField(line.oldPath)),
+                                          text::fromNameField(line.newName)});
+    for (const ProgrammeLine& line : file.plan)
+        data.moves.push_back(moveFrom(line.oldPath, line.newName));
+    data.planMoves = qsizetype(data.moves.size());
+    for (const QString& line : file.journal) {
+        if (readMark(line, data))
+            continue;
+        const qsizetype eq = line.indexOf(u'=');
+        QStringView key = QStringView(line).first(qMax<qsizetype>(eq, 0));
+        while (!key.isEmpty() && (key.front() == u' ' || key.front() == u'\t'))
+            key = key.sliced(1);
+        if (eq > 0 && !key.isEmpty())
+            data.moves.push_back(moveFrom(key, QStringView(line).sliced(eq + 1)));
+    }
+    data.unfinished = data.unfinished || file.hasJournal || !file.plan.empty();
     return data;
 }
 
@@ -182,6 +170,88 @@ std::optional<SnapshotData> readSnapshot(const QString& path, FileOperations& op
     return parseSnapshot(text);
 }
 
+// ---------------------------------------------------------------------------------------
+// Where everything is after an unfinished batch.
+
+namespace {
+
+enum class MoveState : unsigned char { Unknown, Made, Failed, Never };
+
+// The renames known to have been made after the one being decided, in time order, and
+// what they say about a path at that earlier time.
+class LaterMoves {
+public:
+    explicit LaterMoves(FileOperations& ops) : m_ops(ops) {}
+
+    void addEarlier(const PlannedMove& move) { m_reversed.push_back(&move); }
+
+    // Whether an object was at `path` before the later renames: follow it through them to
+    // where it is now. A later rename onto `path` means nothing was there (none replaces).
+    bool existedAt(QString path)
+    {
+        QString key = pathKey(path);
+        for (auto it = m_reversed.rbegin(); it != m_reversed.rend(); ++it) {
+            const PlannedMove& move = **it;
+            const QString from = pathKey(move.from);
+            if (key == from) {
+                path = move.to;
+            } else if (move.folder && key.startsWith(from + u'/')) {
+                path = move.to + path.mid(move.from.size());
+            } else if (key == pathKey(move.to)) {
+                return false;
+            } else {
+                continue;
+            }
+            key = pathKey(path);
+        }
+        return m_ops.exists(path);
+    }
+
+private:
+    FileOperations& m_ops;
+    std::vector<const PlannedMove*> m_reversed;
+};
+
+std::vector<MoveState> decideMoves(const SnapshotData& data, FileOperations& ops)
+{
+    const qsizetype n = qsizetype(data.moves.size());
+    std::vector<MoveState> state(size_t(n), MoveState::Unknown);
+    auto set = [&](qsizetype k, MoveState s) {
+        if (k >= 0 && k < n)
+            state[size_t(k)] = s;
+    };
+    for (qsizetype k : data.givenUp)
+        for (qsizetype j = k; j < data.planMoves; ++j)
+            set(j, MoveState::Never);
+    for (qsizetype k : data.failed)
+        set(k, MoveState::Failed);
+    for (qsizetype k : data.made)
+        set(k, MoveState::Made);
+    // The renames after the first pass start only once every temporary is made and marked.
+    const qsizetype firstPass = std::min(data.firstPass, data.planMoves);
+    for (qsizetype k = 0; k < firstPass; ++k) {
+        if (state[size_t(k)] != MoveState::Made) {
+            for (qsizetype j = firstPass; j < data.planMoves; ++j)
+                set(j, MoveState::Never);
+            break;
+        }
+    }
+    // Backwards, so that each unmarked rename is judged by the disk as it was right after it:
+    // the later made renames are followed to where their objects are now.
+    LaterMoves later(ops);
+    for (qsizetype k = n - 1; k >= 0; --k) {
+        const PlannedMove& move = data.moves[size_t(k)];
+        if (state[size_t(k)] == MoveState::Unknown)
+            state[size_t(k)] = later.existedAt(move.to) && !later.existedAt(move.from) ? MoveState::Made
+                                                                                      : MoveState::Failed;
+        if (state[size_t(k)] == MoveState::Made)
+            later.addEarlier(move);
+    }
+    return state;
+}
+
+}  // namespace
+
 std::vector<SnapshotLine> resolveJournal(const SnapshotData& data, FileOperations& ops)
 {
     std::vector<SnapshotLine> lines = data.lines;
@@ -190,7 +260,7 @@ std::vector<SnapshotLine> resolveJournal(const SnapshotData& data, FileOperation
     for (size_t i = 0; i < lines.size(); ++i)
         byKey.insert(pathKey(lines[i].path), i);
 
-    auto applyMove = [&](const JournalMove& move, bool folder) {
+    auto applyMove = [&](const PlannedMove& move) {
         const auto found = byKey.constFind(pathKey(move.from));
         if (found != byKey.cend()) {
             const size_t i = *found;
@@ -198,7 +268,7 @@ std::vector<SnapshotLine> resolveJournal(const SnapshotData& data, FileOperation
             lines[i].path = move.to;
             byKey.insert(pathKey(move.to), i);
         }
-        if (!folder)
+        if (!move.folder)
             return;
         // Everything below the folder went with it (recovery only: a scan per folder).
         const QString oldKey = pathKey(move.from) + u'/';
@@ -210,21 +280,14 @@ std::vector<SnapshotLine> resolveJournal(const SnapshotData& data, FileOperation
             byKey.insert(pathKey(lines[i].path), i);
         }
     };
-
-    for (size_t m = 0; m < data.moves.size(); ++m) {
-        const JournalMove& move = data.moves[m];
-        if (move.done) {
-            applyMove(move, move.folder);
-        } else if (m + 1 == data.moves.size()) {
-            // Written just before the run ended: done when its target is there and its
-            // source is gone (a rename that never replaces cannot leave both or neither).
-            const auto target = ops.stat(move.to);
-            if (target && !ops.exists(move.from))
-                applyMove(move, target->isFolder);
-        }
-    }
+    const std::vector<MoveState> state = decideMoves(data, ops);
+    for (size_t k = 0; k < data.moves.size(); ++k)
+        if (state[k] == MoveState::Made)
+            applyMove(data.moves[k]);
     return lines;
 }
+
+// ---------------------------------------------------------------------------------------
 
 Journal::~Journal()
 {
@@ -232,41 +295,93 @@ Journal::~Journal()
         m_ops.closeAppend();
 }
 
-bool Journal::begin(const QString& path, SnapshotData start, QString* error)
+bool Journal::openForMarks(const QString& path, qsizetype moves)
 {
     m_path = path;
+    m_moves = moves;
+    m_pending.clear();
+    m_pendingCount = 0;
+    m_lastWrite = std::chrono::steady_clock::now();
+    m_active = true;
+    return true;
+}
+
+namespace {
+
+QByteArray planAndHeading(const QByteArray& planLines, qsizetype firstPass)
+{
+    QByteArray bytes = kPlanHeading + planLines + kJournalHeading;
+    if (firstPass > 0)
+        bytes += '^' + QByteArray::number(firstPass) + kCrLf;
+    return bytes;
+}
+
+}  // namespace
+
+bool Journal::begin(const QString& path, SnapshotData start, const QByteArray& planLines, qsizetype firstPass,
+                    QString* error)
+{
     start.unfinished = true;
-    if (!m_ops.writeFileAtomically(path, snapshotBytes(start), error))
+    QByteArray bytes = headBytes(start);
+    bytes += planAndHeading(planLines, firstPass);
+    if (!m_ops.writeFileAtomically(path, bytes, error))
         return false;
     if (!m_ops.openAppend(path)) {
         if (error)
             *error = QStringLiteral("cannot append to ") + path;
         return false;
     }
-    m_active = true;
-    m_pendingDone = 0;
-    return true;
+    return openForMarks(path, planLines.count('\n'));
 }
 
-bool Journal::beginOnFinished(const QString& path)
+bool Journal::beginOnFinished(const QString& path, const QByteArray& planLines, qsizetype firstPass)
 {
-    m_path = path;
     if (!m_ops.openAppend(path))
         return false;
-    m_active = true;
-    m_pendingDone = 0;
-    return m_ops.append(QByteArrayLiteral("\r\n[Rename Journal]\r\n"));
+    if (!m_ops.append(planAndHeading(planLines, firstPass)) || !m_ops.syncAppend()) {
+        m_ops.closeAppend();
+        return false;
+    }
+    return openForMarks(path, planLines.count('\n'));
 }
 
-bool Journal::move(const QString& from, const QString& to)
+void Journal::mark(qsizetype k, bool made)
+{
+    if (!m_active)
+        return;
+    m_pending += markLine(made ? '+' : '-', k);
+    const auto now = std::chrono::steady_clock::now();
+    if (++m_pendingCount >= kMarksPerWrite || now - m_lastWrite >= kMarkInterval)
+        flush();
+}
+
+bool Journal::flush()
+{
+    m_lastWrite = std::chrono::steady_clock::now();
+    if (m_pending.isEmpty())
+        return true;
+    const bool ok = m_ops.append(m_pending);
+    m_pending.clear();
+    m_pendingCount = 0;
+    return ok;
+}
+
+bool Journal::giveUpAt(qsizetype k)
 {
     if (!m_active)
         return true;
-    // The mark of the previous rename goes out with this line: one write per rename.
-    QByteArray bytes = m_pendingDone ? journalDone(m_pendingDone == 2) : QByteArray();
-    m_pendingDone = 0;
-    bytes += journalMove(from, to);
-    return m_ops.append(bytes);
+    m_pending += markLine('!', k);
+    return flush();
+}
+
+qsizetype Journal::extraMove(const QString& from, const QString& to, bool folder)
+{
+    if (!m_active)
+        return -1;
+    appendMoveLine(m_pending, from, to, folder);
+    if (!flush())
+        return -1;
+    return m_moves++;
 }
 
 bool Journal::finish(const SnapshotData& finished, QString* error)
@@ -276,8 +391,7 @@ bool Journal::finish(const SnapshotData& finished, QString* error)
     m_active = false;
     SnapshotData data = finished;
     data.unfinished = false;
-    data.moves.clear();
-    return m_ops.writeFileAtomically(m_path, snapshotBytes(data), error);
+    return m_ops.writeFileAtomically(m_path, headBytes(data), error);
 }
 
 void Journal::discard()

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/CommandList.h"
+#include "core/FolderListing.h"
 #include "core/PathText.h"
 #include "core/Session.h"
 #include "core/SettingsKeys.h"
@@ -33,9 +34,9 @@ UndoResult Undo::undoLast()
         result.end = UndoResult::End::NothingToUndo;
         return result;
     }
-    result = undoFile(snapshotPath(settingsFolderOf(m_session), m_session.runStamp(), m_session.applyCounter()));
+    result = undoFile(snapshotPath(settingsFolderOf(m_session), m_session.runStamp(), m_session.newestSnapshot()));
     if (result.end == UndoResult::End::Done && !result.kept)
-        m_session.forgetLastApply();
+        m_session.popSnapshot();
     return result;
 }
 
@@ -54,6 +55,54 @@ UndoResult Undo::undoFile(const QString& snapshotFile)
         return result;
     return run(snapshotFile);
 }
+
+namespace {
+
+// The objects of a snapshot's lines that exist now, as items to move back, with their
+// kinds read from one listing per folder where the rename itself keeps the attributes.
+struct UndoItems {
+    std::vector<size_t> files, folders;
+    std::vector<QString> targets;   // each item's name to give back
+    std::vector<size_t> lineOf;     // each item's line
+};
+
+// Rows that are not in the snapshot but lie below a folder it moved back get the folder's
+// new path (the deepest moved folder above each row decides).
+void carryRowsBelowFolders(RenameList& list, const MoveSet& moves, const std::vector<qsizetype>& rowOf,
+                           const std::vector<SnapshotLine>& lines, const std::vector<size_t>& lineOf)
+{
+    QHash<QString, QString> movedFolders;  // key of the path before -> the path now
+    for (size_t i = 0; i < moves.items.size(); ++i) {
+        const MoveItem& item = moves.items[i];
+        if (item.isFolder && item.path() != lines[lineOf[i]].path)
+            movedFolders.insert(pathKey(lines[lineOf[i]].path), item.path());
+    }
+    if (movedFolders.isEmpty())
+        return;
+    std::vector<bool> inSnapshot(size_t(list.size()), false);
+    for (qsizetype r : rowOf)
+        if (r >= 0)
+            inSnapshot[size_t(r)] = true;
+    for (qsizetype r = 0; r < list.size(); ++r) {
+        if (inSnapshot[size_t(r)])
+            continue;
+        FileEntry& row = list[r];
+        QString folder = row.path;
+        while (folder.size() > 1 && folder.endsWith(u'/')) {
+            folder.chop(1);
+            const auto moved = movedFolders.constFind(pathKey(folder));
+            if (moved != movedFolders.cend()) {
+                const QString oldFull = row.fullPath();
+                row.path = *moved + row.path.mid(folder.size());
+                list.updateKnownPath(oldFull, row.fullPath());
+                break;
+            }
+            folder.truncate(folder.lastIndexOf(u'/') + 1);
+        }
+    }
+}
+
+}  // namespace
 
 UndoResult Undo::run(const QString& snapshotFile)
 {
@@ -74,31 +123,46 @@ UndoResult Undo::run(const QString& snapshotFile)
     result.entries = qsizetype(data->lines.size());
     // A journal first says where everything is now; it is then undone through temporaries,
     // since a half-done batch may hold names in any order.
-    const std::vector<SnapshotLine> lines = data->unfinished ? resolveJournal(*data, m_ops) : data->lines;
+    SnapshotData original = *data;
+    if (data->unfinished)
+        original.lines = resolveJournal(*data, m_ops);
+    original.unfinished = false;
+    original.moves.clear();
+    const std::vector<SnapshotLine>& lines = original.lines;
     const bool twoPass = data->unfinished || data->foundExistAndExchange;
     const bool reorder = !twoPass && data->foundExist;
 
-    Journal journal(m_ops);
-    MoveSet moves(m_ops, journal);
-    std::vector<size_t> files, folders;
-    std::vector<QString> targets;  // each item's name to give back
-    std::vector<std::optional<platform::FileInfo>> infos;  // as read now (attributes)
-    for (const SnapshotLine& line : lines) {
-        const auto info = m_ops.stat(line.path);
-        if (!info) {
-            s.messages().add(tr("对象不存在：") + nativeSeparators(line.path));
-            ++result.missing;
-            continue;
-        }
+    MoveSet moves(m_ops);
+    UndoItems found;
+    FolderListing listing;
+    for (size_t l = 0; l < lines.size(); ++l) {
+        const SnapshotLine& line = lines[l];
         const PathParts parts = splitPath(line.path);
         MoveItem item;
+        if (m_ops.renameIsExact()) {
+            const std::optional<bool> folder = listing.isFolder(parts.folder, parts.fileName);
+            if (!folder) {
+                s.messages().add(tr("对象不存在：") + nativeSeparators(line.path));
+                ++result.missing;
+                continue;
+            }
+            item.isFolder = *folder;
+        } else {
+            const auto info = m_ops.stat(line.path);
+            if (!info) {
+                s.messages().add(tr("对象不存在：") + nativeSeparators(line.path));
+                ++result.missing;
+                continue;
+            }
+            item.isFolder = info->isFolder;
+            item.attributes = info->attributes;
+        }
         item.folder = parts.folder;
         item.name = item.originalName = parts.fileName;
-        item.isFolder = info->isFolder;
-        (item.isFolder ? folders : files).push_back(moves.items.size());
+        (item.isFolder ? found.folders : found.files).push_back(moves.items.size());
         moves.items.push_back(std::move(item));
-        targets.push_back(line.name);
-        infos.push_back(info);
+        found.targets.push_back(line.name);
+        found.lineOf.push_back(l);
     }
 
     // The rows that show these objects, refreshed as they move.
@@ -112,8 +176,6 @@ UndoResult Undo::run(const QString& snapshotFile)
         for (size_t i = 0; i < moves.items.size(); ++i)
             rowOf[i] = rowByKey.value(pathKey(moves.items[i].path()), -1);
     }
-    const bool otherRows = qsizetype(std::count_if(rowOf.begin(), rowOf.end(), [](qsizetype r) { return r >= 0; }))
-                           < list.size();
     auto refreshRow = [&](size_t i) {
         const qsizetype r = rowOf[i];
         if (r < 0)
@@ -127,52 +189,23 @@ UndoResult Undo::run(const QString& snapshotFile)
         list.updateKnownPath(oldFull, row.fullPath());
     };
     moves.onFolderMoved = [&](size_t i, const QString&) { refreshRow(i); };
-    auto carryOtherRows = [&](const QString& oldPath, const QString& newPath) {
-        if (!otherRows)
-            return;
-        const QString prefix = pathKey(oldPath) + u'/';
-        for (qsizetype r = 0; r < list.size(); ++r) {
-            FileEntry& row = list[r];
-            if (!pathKey(row.path).startsWith(prefix))
-                continue;
-            const QString oldFull = row.fullPath();
-            row.path = newPath + row.path.mid(oldPath.size());
-            list.updateKnownPath(oldFull, row.fullPath());
-        }
-    };
-
-    // The snapshot becomes the journal of this undo.
-    SnapshotData original = *data;
-    original.lines = lines;
-    original.unfinished = false;
-    original.moves.clear();
-    {
-        QString error;
-        if (!(data->unfinished ? journal.begin(snapshotFile, original, &error) : journal.beginOnFinished(snapshotFile)))
-            return unusable();
-    }
-
-    std::stable_sort(folders.begin(), folders.end(), [&](size_t a, size_t b) {
+    std::stable_sort(found.folders.begin(), found.folders.end(), [&](size_t a, size_t b) {
         return moves.items[a].path().compare(moves.items[b].path(), Qt::CaseInsensitive) < 0;
     });
     ui.status(tr("正在准备撤销更名数据"));
+    std::vector<MoveStep> steps;
     if (twoPass) {
-        std::vector<size_t> created;
-        if (!moves.toTemporaries(files, folders, platformLengthRule(), created, nullptr)) {
-            if (moves.rollBack(created)) {
-                QString ignored;
-                journal.finish(original, &ignored);
-            }
+        if (!moves.planTemporaries(found.files, found.folders, platformLengthRule(), steps)) {
             ui.notify(Notice{QStringLiteral("undo.firstPassFailed"), kErrorTitle, tr("智能撤销更名失败！"), Icon::Error});
             result.end = UndoResult::End::FirstPassFailed;
             return result;
         }
     } else if (reorder) {
-        for (std::vector<size_t>* work : {&files, &folders}) {
+        for (std::vector<size_t>* work : {&found.files, &found.folders}) {
             std::vector<QString> sources, keys;
             std::vector<bool> changed;
             for (size_t i : *work) {
-                const QString target = moves.items[i].folder + targets[i];
+                const QString target = moves.items[i].folder + found.targets[i];
                 sources.push_back(pathKey(moves.items[i].path()));
                 keys.push_back(pathKey(target));
                 changed.push_back(target != moves.items[i].path());
@@ -184,60 +217,106 @@ UndoResult Undo::run(const QString& snapshotFile)
             *work = std::move(reordered);
         }
     }
-
-    ui.status(tr("正在撤销批量更名"));
-    const size_t total = files.size() + folders.size();
-    size_t done = 0;
-    int lastPercent = -1;
-    for (const std::vector<size_t>* work : {&files, &folders}) {
+    const size_t firstPass = steps.size();
+    for (const std::vector<size_t>* work : {&found.files, &found.folders}) {
         for (size_t k = work->size(); k-- > 0;) {
-            const int percent = int(done * 100 / total);
-            if (percent != lastPercent) {
-                lastPercent = percent;
-                ui.progress(tr("正在撤销批量更名"), percent);
-            }
-            if ((done & 63) == 0)
-                ui.stopRequested();
-            ++done;
             const size_t i = (*work)[k];
-            MoveItem& item = moves.items[i];
-            const QString source = item.path();
-            if (!item.inTemporary && item.name == targets[i]) {
+            if (!twoPass && moves.items[i].name == found.targets[i])
                 ++result.skipped;
-                continue;
-            }
-            const MoveSet::Outcome outcome = moves.rename(i, targets[i], item.inTemporary ? nullptr : &infos[i]);
-            if (outcome == MoveSet::Outcome::Renamed) {
-                item.inTemporary = false;
-                ++result.succeeded;
-                refreshRow(i);
-                if (item.isFolder)
-                    carryOtherRows(source, item.path());
-            } else if (outcome == MoveSet::Outcome::Failed) {
-                s.messages().add((item.isFolder ? tr("文件夹恢复更名失败：") : tr("文件恢复更名失败："))
-                                     + nativeSeparators(source),
-                                 MessageColour::Red);
-                ++result.failed;
-            }
+            else
+                steps.push_back(MoveStep{i, found.targets[i]});
         }
     }
 
-    // An object that could not leave its temporary name keeps a line that leads it back:
-    // the file then records where everything is now and stays on the stack.
-    const bool left = std::any_of(moves.items.begin(), moves.items.end(), [](const MoveItem& item) {
-        return item.inTemporary;
-    });
-    if (left) {
-        SnapshotData rest = original;
-        rest.lines.clear();
-        for (size_t i = 0; i < moves.items.size(); ++i)
-            rest.lines.push_back(SnapshotLine{moves.items[i].path(), targets[i]});
+    // The snapshot becomes the journal of this undo.
+    Journal journal(m_ops);
+    {
+        const QByteArray plan = moves.planLines(steps);
+        QString error;
+        const qsizetype temporaries = qsizetype(firstPass);
+        if (!(data->unfinished ? journal.begin(snapshotFile, original, plan, temporaries, &error)
+                               : journal.beginOnFinished(snapshotFile, plan, temporaries)))
+            return unusable();
+    }
+
+    if (firstPass > 0) {
+        std::vector<size_t> created;
+        const size_t made = runSteps(moves, journal, steps, 0, firstPass,
+                                     [&](size_t k, MoveSet::Outcome outcome, const platform::RenameResult&) {
+                                         if (outcome != MoveSet::Outcome::Renamed)
+                                             return false;
+                                         MoveItem& item = moves.items[steps[k].item];
+                                         item.inTemporary = true;
+                                         item.nameBeforeTemporary = item.originalName;
+                                         created.push_back(steps[k].item);
+                                         return true;
+                                     });
+        if (made == firstPass && created.size() == firstPass) {
+            journal.flush();
+        } else {
+            journal.giveUpAt(qsizetype(made));
+            if (moves.rollBack(created, journal)) {
+                QString ignored;
+                journal.finish(original, &ignored);
+            }
+            ui.notify(Notice{QStringLiteral("undo.firstPassFailed"), kErrorTitle, tr("智能撤销更名失败！"), Icon::Error});
+            result.end = UndoResult::End::FirstPassFailed;
+            return result;
+        }
+    }
+
+    ui.status(tr("正在撤销批量更名"));
+    const size_t total = std::max<size_t>(steps.size() - firstPass, 1);
+    int lastPercent = -1;
+    runSteps(moves, journal, steps, firstPass, steps.size(),
+             [&](size_t k, MoveSet::Outcome outcome, const platform::RenameResult&) {
+                 const size_t done = k - firstPass;
+                 const int percent = int(done * 100 / total);
+                 if (percent != lastPercent) {
+                     lastPercent = percent;
+                     ui.progress(tr("正在撤销批量更名"), percent);
+                 }
+                 if ((done & 63) == 0)
+                     ui.stopRequested();
+                 const size_t i = steps[k].item;
+                 MoveItem& item = moves.items[i];
+                 if (outcome == MoveSet::Outcome::Renamed) {
+                     item.inTemporary = false;
+                     ++result.succeeded;
+                     refreshRow(i);
+                 } else if (outcome == MoveSet::Outcome::Failed) {
+                     s.messages().add((item.isFolder ? tr("文件夹恢复更名失败：") : tr("文件恢复更名失败："))
+                                          + nativeSeparators(item.path()),
+                                      MessageColour::Red);
+                     ++result.failed;
+                 }
+                 return true;
+             });
+
+    // Lines not undone (their object missing, its rename failed, or left under a temporary
+    // name) stay in the file with where their objects are now; the rest are done with.
+    SnapshotData rest = original;
+    rest.lines.clear();
+    std::vector<bool> hasItem(lines.size(), false);
+    for (size_t i = 0; i < moves.items.size(); ++i) {
+        const MoveItem& item = moves.items[i];
+        hasItem[found.lineOf[i]] = true;
+        if (item.inTemporary || item.name != found.targets[i])
+            rest.lines.push_back(SnapshotLine{item.path(), found.targets[i]});
+    }
+    for (size_t l = 0; l < lines.size(); ++l)
+        if (!hasItem[l])
+            rest.lines.push_back(lines[l]);
+    carryRowsBelowFolders(list, moves, rowOf, lines, found.lineOf);
+    if (rest.lines.empty()) {
+        journal.discard();
+    } else {
         QString ignored;
         journal.finish(rest, &ignored);
         result.kept = true;
-    } else {
-        journal.discard();
+        result.remaining = qsizetype(rest.lines.size());
     }
+    s.setPendingImport(false);
     afterRenameCommands(s);
     s.messages().add(tr("撤销上一次的批量更名完成。"));
     s.messages().add(tr("撤销上一次的批量更名完成！更名文件列表对象%1个，操作成功%2个，失败%3个，跳过%4个")
@@ -245,6 +324,11 @@ UndoResult Undo::run(const QString& snapshotFile)
                          .arg(result.succeeded)
                          .arg(result.failed)
                          .arg(result.skipped));
+    if (result.kept)
+        s.messages().add(tr("快照中还有 %1 个对象未能恢复，快照文件已保留：%2")
+                             .arg(result.remaining)
+                             .arg(nativeSeparators(snapshotFile)),
+                         MessageColour::Red);
     result.end = UndoResult::End::Done;
     return result;
 }

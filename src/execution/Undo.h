@@ -4,8 +4,8 @@
 // never finished, can also be undone by its path (command line, later runs).
 //
 // While undo runs, the snapshot file is itself the journal of the undo (Snapshot.h), so an
-// undo that is stopped half way can simply be undone again. When it is done the file is
-// deleted.
+// undo that is stopped half way can simply be undone again. When every line is undone the
+// file is deleted; otherwise it keeps the lines still to undo.
 #pragma once
 
 #include <QString>
@@ -30,16 +30,18 @@ struct UndoResult {
     qsizetype succeeded = 0;
     qsizetype failed = 0;
     qsizetype skipped = 0;
-    // Something stayed under a temporary name: the snapshot was rewritten with where
-    // everything is now instead of being deleted (and stays on the stack).
+    // Some line was not undone (its object missing, its rename failed, or it stayed under a
+    // temporary name): the snapshot was rewritten with those lines only, where their objects
+    // are now, instead of being deleted, and it stays on the stack.
     bool kept = false;
+    qsizetype remaining = 0;
 };
 
 class Undo {
 public:
     Undo(Session& session, FileOperations& ops) : m_session(session), m_ops(ops) {}
 
-    // The newest apply of this run; the apply counter goes down by one when it worked.
+    // The newest apply of this run; it leaves the undo stack when everything was undone.
     UndoResult undoLast();
     // Any snapshot or unfinished journal. Rows of the rename list that name objects of the
     // snapshot are refreshed to their restored names.

@@ -251,6 +251,20 @@ TEST_F(CliBinary, SettingsFileIsNeverWritten)
     EXPECT_EQ(stored.readAll(), settings);
 }
 
+TEST_F(CliBinary, UndoThatCannotRestoreEverythingFailsAndKeepsTheSnapshot)
+{
+    tree.file("t/a.txt", "A");
+    tree.file("t/b.txt", "B");
+    const QString file = programme("p.txt", {{"t/a.txt", "a2.txt"}, {"t/b.txt", "b2.txt"}});
+    ASSERT_EQ(run({"import", "--programme", file, "--apply"}).code, 0);
+    ASSERT_TRUE(QFile::remove(tree.path("t/a2.txt")));
+    const Outcome undone = run({"undo"});
+    EXPECT_EQ(undone.code, 1) << undone.err.toStdString();
+    EXPECT_TRUE(undone.err.contains(QStringLiteral("快照中还有 1 个对象未能恢复"))) << undone.err.toStdString();
+    EXPECT_EQ(files("t"), (std::map<QString, QByteArray>{{"/t/b.txt", "B"}}));
+    EXPECT_EQ(snapshots().size(), 1);
+}
+
 TEST_F(CliBinary, ExitCodes)
 {
     tree.file("d/a.txt", "A");
@@ -284,8 +298,10 @@ TEST_F(CliBinary, ExitCodes)
         {{"preview", "--encoding", "utf8", "d"}, 2},
         {{"undo", "--snapshot", "missing.txt"}, 2},
         {{"undo"}, 2},
-        // Simple rename does not order a swap: the first rename finds its target taken.
+        // Simple rename does not order a swap: the first rename finds its target taken,
+        // whatever happens to the rows afterwards.
         {{"import", "--programme", swap, "--apply", "--simple"}, 1},
+        {{"--set", "Operation Config/AfterApplyClearCmd=0", "import", "--programme", swap, "--apply", "--simple"}, 1},
     };
     for (const Case& c : cases) {
         const Outcome result = run(c.arguments);

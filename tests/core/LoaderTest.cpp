@@ -281,6 +281,7 @@ TEST_F(LoaderTest, TraverseListExpandsTheListedFolders)
     EXPECT_EQ(loader.traverseList().outcome, LoadResult::Outcome::Cancelled);
     EXPECT_EQ(session.renameList().size(), 3);
 
+    options(false, false);  // folders below are rows whatever "含文件夹名" says
     const LoadResult result = loader.traverseList();
     EXPECT_EQ(result.added, 4);  // a, deep, b, c
     EXPECT_TRUE(ui.captions.contains(QStringLiteral("正在遍历各文件夹并剔除重复对象")));

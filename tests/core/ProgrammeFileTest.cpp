@@ -124,6 +124,7 @@ TEST(ProgrammeText, ImportedTextsLoseControlAndForbiddenCharacters)
         {u"a\tb\x01\x1F c", u"ab c", u"ab c"},
         {u"*a?b<c>d|e", u"abcde", u"abcde"},
         {u"<<61>>", u"=", u"="},
+        {u"a<13>b<10>c<99>", u"a\rb\nc99", u"abc99"},  // line breaks only ever come from escapes
         {u"C:\\x:y", u"C:\\x:y", u"C:\\x:y"},  // colon and backslash are ordinary on Linux
         {u"/t/../../etc/b.txt", u"/t/../../etc/b.txt", u"t....etcb.txt"},
     };
@@ -133,11 +134,21 @@ TEST(ProgrammeText, ImportedTextsLoseControlAndForbiddenCharacters)
     }
 }
 
-TEST(ProgrammeText, OnlyTheSectionsLinesAreReadWithRepeatsKept)
+TEST(ProgrammeText, OneReaderKeepsKeysAsWrittenAndSectionsApart)
 {
-    const auto lines = readProgrammeLines(u"\uFEFF/z=0\r\n[rename programme]\r\n;c\r\n  /a=x=y\r\n/b\r\n=c\n[O]\n/q=q\r[Rename Programme]\r/a=2");
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_EQ(lines[0].oldPath + '>' + lines[0].newName + '>' + lines[1].oldPath + '>' + lines[1].newName, "/a>x=y>/a>2");
+    const RenameFileText file = readRenameFile(
+        u"\uFEFF/z=0\r\n[rename programme]\r\n;c\r\n  /a =x=y \r\n/b\r\n=c\n[O]\n/q=q\r[Rename Programme]\r/a=2"
+        u"\n[Rename Config]\nFoundExist=1\n[Rename Journal]\n+1\n /j = k ");
+    auto joined = [](const std::vector<ProgrammeLine>& lines) {
+        QStringList out;
+        for (const ProgrammeLine& line : lines)
+            out << line.oldPath + '>' + line.newName;
+        return out.join('|');
+    };
+    EXPECT_EQ(joined(file.programme), "/a >x=y |/a>2");  // a blank ending a name is part of it
+    EXPECT_EQ(joined(file.config), "FoundExist>1");
+    EXPECT_EQ(file.journal, (std::vector<QString>{"+1", " /j = k "}));
+    EXPECT_TRUE(file.hasJournal);
 }
 
 TEST_F(ProgrammeFileTest, ImportedLinesNeverMoveAnObjectAndTakeOneRowEach)

@@ -48,28 +48,37 @@ protected:
     Session session;
 };
 
-TEST(CleanNewName, CorrectsEveryKindOfProblem)
+TEST(CleanNewName, WindowsRulesCorrectEveryKindOfProblemOwnRulesOnlyWhatTheDiskRefuses)
 {
-    struct Case { QString name, ext; bool folder; QString empty, wantName, wantExt; };
+    constexpr bool W = true, L = false;
+    struct Case { bool windows; QString name, ext; bool folder; QString empty, wantName, wantExt; };
     const Case cases[] = {
-        {"...", "", false, "(null)", "(null)", ""},                  // only dots
-        {" . .", ". ", false, "(null)", "(null)", ""},               // dots and spaces
-        {"", "", false, "", "(null)", ""},                           // empty setting
-        {"", "", false, "未命名", "未命名", ""},
-        {"photo", ".", false, "", "photo", ""},                      // lone dot dropped
-        {"say \"hi\"", ".txt", false, "", "say \"hi\"", ".txt"},     // double quote kept
-        {"a*b/c:d<e>f?g\\h|i", ".t|xt", false, "", "abcdefghi", ".txt"},
-        {QString("a\tb") + QChar(1) + QChar(31), ".txt", false, "", "ab", ".txt"},
-        {"name. . ", "", false, "", "name", ""},                     // the loop, several rounds
-        {"  lead ", ".txt ", false, "", "lead ", ".txt"},           // trimmed, split again
-        {"v1.2", "", false, "", "v1", ".2"},                         // file: last dot
-        {"a", ".tar.gz", false, "", "a.tar", ".gz"},
-        {"x", "txt", false, "", "xtxt", ""},
-        {"my.folder..", "", true, "", "my.folder", ""},              // folder keeps its dots
-        {"v1.2", "", true, "", "v1.2", ""},
+        {W, "...", "", false, "(null)", "(null)", ""},                  // only dots
+        {W, " . .", ". ", false, "(null)", "(null)", ""},               // dots and spaces
+        {W, "", "", false, "", "(null)", ""},                           // empty setting
+        {W, "", "", false, "未命名", "未命名", ""},
+        {W, "photo", ".", false, "", "photo", ""},                      // lone dot dropped
+        {W, "say \"hi\"", ".txt", false, "", "say \"hi\"", ".txt"},     // double quote kept
+        {W, "a*b/c:d<e>f?g\\h|i", ".t|xt", false, "", "abcdefghi", ".txt"},
+        {W, QString("a\tb") + QChar(1) + QChar(31), ".txt", false, "", "ab", ".txt"},
+        {W, "name. . ", "", false, "", "name", ""},                     // the loop, several rounds
+        {W, "  lead ", ".txt ", false, "", "lead ", ".txt"},           // trimmed, split again
+        {W, "v1.2", "", false, "", "v1", ".2"},                         // file: last dot
+        {W, "a", ".tar.gz", false, "", "a.tar", ".gz"},
+        {W, "x", "txt", false, "", "xtxt", ""},
+        {W, "my.folder..", "", true, "", "my.folder", ""},              // folder keeps its dots
+        {W, "v1.2", "", true, "", "v1.2", ""},
+        {L, "a*b:c?\"<>|\\ ", ".txt", false, "", "a*b:c?\"<>|\\ ", ".txt"},  // legal here
+        {L, "name. ", ".", false, "", "name. ", "."},                   // nothing trimmed
+        {L, QString("a\nb") + QChar(1), ".txt", false, "", QString("a\nb") + QChar(1), ".txt"},
+        {L, "sub/dir", ".t/xt", false, "", "subdir", ".txt"},           // never out of the folder
+        {L, QString("a") + QChar(0) + "b.c", ".d", false, "", "ab.c", ".d"},
+        {L, "..", "", false, "", "(null)", ""},
+        {L, ".", "", true, "", "(null)", ""},
+        {L, "", "", false, "x", "x", ""},
     };
     for (const Case& c : cases) {
-        const NameParts got = cleanNewName(c.name, c.ext, c.folder, c.empty);
+        const NameParts got = cleanNewName(c.name, c.ext, c.folder, c.empty, c.windows);
         EXPECT_EQ(got.name, c.wantName) << c.name.toStdString() << c.ext.toStdString();
         EXPECT_EQ(got.ext, c.wantExt) << c.name.toStdString() << c.ext.toStdString();
     }
@@ -150,6 +159,7 @@ TEST_F(PreviewTest, ConflictsAndCyclesSetFlagsStatesAndMessages)
 
 TEST_F(PreviewTest, TargetsKeptByOtherObjectsAreNumbered)
 {
+    set(keys::kWindowsSafeNames, "1");  // the trailing dot goes, as on Windows
     test::TempTree tree;
     tree.file("taken.txt");
     tree.folder("Taken dir");
@@ -204,14 +214,14 @@ TEST_F(PreviewTest, GuardsSimpleRenameAndWorkLists)
     folder.path = kFolder;
     folder.isFolder = true;
     session.renameList().append(folder);
-    add("c.txt", "c*.txt");
+    add("c.txt", "c*/.txt");
     const PreviewResult r = Preview(session).run(true);
     EXPECT_TRUE(r.ran && r.simple);
     EXPECT_EQ(r.rowPaths, std::vector<QString>({kFolder + "a.txt", kFolder + "sub", kFolder + "c.txt"}));
     EXPECT_EQ(r.fileWork, std::vector<qsizetype>({0, 2}));
     EXPECT_EQ(r.folderWork, std::vector<qsizetype>({1}));
     EXPECT_EQ(r.rowByKey.value(pathKey(kFolder + "c.txt")), 2);
-    EXPECT_EQ(newNames()[2], "c*.txt");  // simple rename checks nothing
+    EXPECT_EQ(newNames()[2], "c*.txt");  // simple rename checks nothing but separators
     EXPECT_EQ(log(), QStringList({"预览全部对象执行完毕。"}));
 
     session.renameList().clear();
@@ -251,7 +261,27 @@ TEST_F(PreviewTest, RerunsTheCommandsWhenTheSettingsAskForIt)
         session.setNewNamesCurrent(c.current);
         Preview(session).run(false);
         EXPECT_EQ(newNames()[0], c.rerun ? "aX.txt" : "a.txt") << c.autoPreview << c.before << c.current;
-        EXPECT_FALSE(session.newNamesCurrent());
+        EXPECT_TRUE(session.newNamesCurrent());  // what apply renames is what was previewed
+    }
+    // A change of the rows ends that, until the next preview.
+    add("b.txt", "b.txt");
+    EXPECT_FALSE(session.newNamesCurrent());
+}
+
+TEST_F(PreviewTest, DeviceNamesAreNumberedUnderTheWindowsRules)
+{
+    struct Case { bool windows; QString proposed, want; };
+    const Case cases[] = {
+        {true, "con.txt", "con(2).txt"}, {true, "Lpt3.tar.gz", "Lpt3(2).tar.gz"}, {true, "AUX", "AUX(2)"},
+        {true, "nul .txt", "nul (2).txt"}, {true, "console.txt", "console.txt"}, {true, "COM10.txt", "COM10.txt"},
+        {false, "con.txt", "con.txt"},
+    };
+    for (const Case& c : cases) {
+        set(keys::kWindowsSafeNames, c.windows ? "1" : "0");
+        session.renameList().clear();
+        add("x.txt", c.proposed);
+        Preview(session).run(false);
+        EXPECT_EQ(newNames()[0], c.want) << c.proposed.toStdString();
     }
 }
 

@@ -40,6 +40,8 @@ TEST(RenameRunnerCases, RenamesOnDiskAndUndoRestores)
          {{"b", "a"}, {"c", "b"}, {"a", "c"}}, true, true},
         {"case only", {"photo.jpg"}, {{"photo.jpg", "PHOTO.JPG"}}, {{"PHOTO.JPG", "photo.jpg"}}, false, false},
         {"equals signs", {"x=1.txt"}, {{"x=1.txt", "y=2=.txt"}}, {{"y=2=.txt", "x=1.txt"}}, false, false},
+        {"a slash never leaves the folder", {"a.txt"}, {{"a.txt", "sub/b.txt"}}, {{"subb.txt", "a.txt"}}, false, false},
+        {"a blank at the end stays", {"a.txt"}, {{"a.txt", "b "}}, {{"b ", "a.txt"}}, false, false},
     };
     for (const RenameCase& c : cases) {
         SCOPED_TRACE(c.label);
@@ -74,6 +76,48 @@ TEST(RenameRunnerCases, RenamesOnDiskAndUndoRestores)
         for (size_t i = 0; i < c.renames.size(); ++i)
             EXPECT_EQ(w.session.renameList().at(qsizetype(i)).fullPath(), w.tree.path("w/" + c.renames[i].first));
     }
+}
+
+// A command that gives another name on every run, as a random one would.
+void registerCountingCommand(Session& session, int& runs)
+{
+    session.pipeline().registry().registerFamily({"T101"}, [&runs](const CommandSection&) {
+        struct Count : CompiledCommand {
+            explicit Count(int n) : n(n) {}
+            void apply(const CommandContext&, QString& name, QString&) override { name += QString::number(n); }
+            int n;
+        };
+        return std::make_unique<Count>(++runs);
+    });
+    session.settings().writeString("CMD_T1011", "CMDid", "T101");
+    session.settings().writeInt("CommandList", "CommandListCount", 1);
+    session.settings().writeString("CommandList", "1", "CMD_T1011");
+}
+
+TEST_F(RenameRunnerTest, ApplyRenamesWhatThePreviewShowed)
+{
+    int runs = 0;
+    registerCountingCommand(session, runs);
+    session.settings().writeBool(keys::kOperation, keys::kAutoPreview, false);
+    session.settings().writeBool(keys::kOperation, keys::kAfterApplyClearCmd, false);
+    makeFiles({"a.txt"});
+    addRow("w/a.txt", "a.txt");
+    Preview(session).run(false);
+    const QString shown = session.renameList().at(0).newFileName();
+    EXPECT_EQ(shown, "a1.txt");
+    session.setPendingImport(true);
+    ASSERT_EQ(apply().succeeded, 1);
+    EXPECT_EQ(listing(), (QMap<QString, QString>{{shown, "a.txt"}}));
+    EXPECT_FALSE(session.pendingImport());  // apply has dealt with what was imported
+
+    // A change of the rows after the preview: the names are worked out again.
+    session.setPendingImport(true);
+    makeFiles({"b.txt"});
+    addRow("w/b.txt", "b.txt");
+    ASSERT_EQ(apply().succeeded, 2);
+    EXPECT_EQ(listing(), (QMap<QString, QString>{{"a13.txt", "a.txt"}, {"b3.txt", "b.txt"}}));
+    Undo(session, disk).undoLast();
+    EXPECT_FALSE(session.pendingImport());
 }
 
 TEST_F(RenameRunnerTest, FolderRenamedTogetherWithFilesInside)
@@ -285,12 +329,20 @@ TEST_F(RenameRunnerTest, AfterApplyTheCommandListIsClearedOrRunAgain)
     EXPECT_EQ(session.commandList().size(), 0);
     EXPECT_EQ(session.renameList().at(0).newFileName(), "b.txt");
 
-    int runs = 0;
-    session.setCommandRunner([&] { ++runs; });
+    // Run again instead, the commands leave each row the state the apply gave it.
     session.settings().writeBool(keys::kOperation, "AfterApplyClearCmd", false);
+    session.commandList().rebuildFromStore();
+    makeFiles({"x.txt"});
     session.renameList()[0].newName = "c";
-    EXPECT_EQ(apply().succeeded, 1);
-    EXPECT_EQ(runs, 1);
+    addRow("w/x.txt", "y.txt");
+    FaultyOperations faulty(disk);
+    faulty.failRename = 2;  // b.txt, the second one walked
+    const ApplyResult result = apply(faulty);
+    EXPECT_EQ(result.succeeded, 1);
+    EXPECT_EQ(result.failed, 1);
+    EXPECT_EQ(session.renameList().at(0).state, StateFailed);
+    EXPECT_EQ(session.renameList().at(1).state, StateRenamed);
+    EXPECT_EQ(session.renameList().at(1).newFileName(), "y.txt");
 }
 
 // ---------------------------------------------------------------------------------------

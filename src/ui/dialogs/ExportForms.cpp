@@ -171,7 +171,10 @@ int TExportSnapshotForm::shownApply() const { return m_number->value(); }
 QString TExportSnapshotForm::snapshotFile() const
 {
     const int number = shownApply();
-    return number > 0 ? snapshotPath(settingsFolderOf(m_session), m_session.runStamp(), number) : QString();
+    const std::vector<int>& stack = m_session.undoStack();
+    return number > 0 && size_t(number) <= stack.size()
+               ? snapshotPath(settingsFolderOf(m_session), m_session.runStamp(), stack[size_t(number - 1)])
+               : QString();
 }
 
 void TExportSnapshotForm::showApply(int number)
