@@ -42,22 +42,15 @@ std::optional<SettingOverride> parseOverride(const QString& text)
     return SettingOverride{text.left(slash), text.mid(slash + 1, equals - slash - 1), text.mid(equals + 1)};
 }
 
-QString rowsAsTsv(const RenameList& list)
+void writeRowsAsTsv(const RenameList& list, QTextStream& out)
 {
-    QString text;
-    text.reserve(list.size() * 96);
     for (qsizetype r = 0; r < list.size(); ++r) {
         const FileEntry& row = list.at(r);
-        text += QString::number(row.state);
-        text += u'\t';
-        text += nativeSeparators(row.fullPath());
-        text += u'\t';
-        text += row.newName;
-        text += row.newExt;
-        text += u'\n';
+        out << row.state << u'\t' << nativeSeparators(row.path) << row.name << row.ext << u'\t' << row.newName
+            << row.newExt << u'\n';
     }
-    return text;
 }
+
 
 QByteArray rowsAsJson(const RenameList& list)
 {
@@ -472,7 +465,7 @@ int CliApp::run(const QStringList& arguments)
             m_out.flush();
             m_out << QString::fromUtf8(rowsAsJson(session.renameList()));
         } else {
-            m_out << rowsAsTsv(session.renameList());
+            writeRowsAsTsv(session.renameList(), m_out);
         }
         m_out.flush();
     };

@@ -35,7 +35,7 @@ std::optional<SettingOverride> parseOverride(const QString& text);
 
 // Rows as printed: one "state TAB full path TAB new file name" line each, paths with the
 // platform's separators; or one JSON array of objects.
-QString rowsAsTsv(const RenameList& list);
+void writeRowsAsTsv(const RenameList& list, QTextStream& out);
 QByteArray rowsAsJson(const RenameList& list);
 
 // Snapshot files are named "AutoSnapshot/[yyyymmddhhmmsszzz]/N.txt": a later run has a

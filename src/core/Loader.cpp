@@ -336,6 +336,11 @@ bool Loader::expandFolder(const QString& folder, Candidates& out, LoadResult& re
         out.rows.push_back(m_rowMaker.make(sharedFolder, name, entry.info));
         return true;
     };
+    // Room for a whole folder at once: a large folder does not copy the rows again and again.
+    events.folderRead = [&](std::size_t entries) {
+        if (out.rows.size() + entries > out.rows.capacity())
+            out.rows.reserve(std::max(out.rows.size() + entries, out.rows.capacity() * 2));
+    };
     events.problem = [&](platform::WalkProblem problem, platform::PathView what) {
         const QString shown = nativeSeparators(fromPlatformPath(what));
         reportSkipped(problem == platform::WalkProblem::Unreadable ? QStringLiteral("无法读取文件夹：") + shown

@@ -9,6 +9,11 @@
 namespace qp {
 
 inline platform::Path toPlatformPath(const QString& path) { return path.toStdU16String(); }
+// The same text seen in place, for a call that only reads it.
+inline platform::PathView platformView(const QString& path)
+{
+    return platform::PathView(reinterpret_cast<const char16_t*>(path.utf16()), size_t(path.size()));
+}
 
 inline QString fromPlatformPath(platform::PathView path)
 {

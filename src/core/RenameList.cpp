@@ -81,6 +81,14 @@ void RenameList::clear()
     m_known.clear();
 }
 
+void RenameList::rebuildKnownPaths()
+{
+    m_known.clear();
+    m_known.reserve(qsizetype(m_rows.size()));
+    for (const FileEntry& row : m_rows)
+        m_known.insert(pathKey(row.fullPath()));
+}
+
 void RenameList::updateKnownPath(const QString& oldFullPath, const QString& newFullPath)
 {
     m_known.remove(pathKey(oldFullPath));

@@ -41,6 +41,9 @@ public:
     qsizetype knownCount() const { return m_known.size(); }
     // Re-records a row's path after the row was renamed or moved.
     void updateKnownPath(const QString& oldFullPath, const QString& newFullPath);
+    // Records every row's path anew: quicker than one update per row after a batch that
+    // moved most of them.
+    void rebuildKnownPaths();
 
     // Grows whenever rows are added, removed or put in another order.
     quint64 revision() const { return m_revision; }

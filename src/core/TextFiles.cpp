@@ -1,5 +1,7 @@
 #include "core/TextFiles.h"
 
+#include <cstring>
+
 namespace qp::text {
 
 QStringView trimBlanks(QStringView s)
@@ -70,6 +72,66 @@ void appendNameField(QString& out, QStringView text)
         default: out += text[i];
         }
     }
+}
+
+void appendNameFieldUtf8(QByteArray& out, QStringView text)
+{
+    // Encoded into a small buffer first: one append per piece instead of one per byte.
+    char buffer[512];
+    int used = 0;
+    auto put = [&](const char* bytes, int n) {
+        if (used + n > int(sizeof buffer)) {
+            out.append(buffer, used);
+            used = 0;
+        }
+        std::memcpy(buffer + used, bytes, size_t(n));
+        used += n;
+    };
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c >= 0x20 && c < 0x80 && c != u'=' && c != u'<') {
+            if (used == int(sizeof buffer)) {
+                out.append(buffer, used);
+                used = 0;
+            }
+            buffer[used++] = char(c);
+            continue;
+        }
+        if (c < 0x80) {
+            switch (c) {
+            case u'=': put("<61>", 4); break;
+            case u'\r': put("<13>", 4); break;
+            case u'\n': put("<10>", 4); break;
+            case u'<': startsEscape(text, i) ? put("<60>", 4) : put("<", 1); break;
+            default: {
+                const char one = char(c);
+                put(&one, 1);
+            }
+            }
+            continue;
+        }
+        char32_t cp = c;
+        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+            cp = QChar::surrogateToUcs4(c, text[++i].unicode());
+        else if (QChar::isSurrogate(c))
+            cp = 0xFFFD;  // half a pair has no UTF-8 form
+        char bytes[4];
+        int n = 0;
+        if (cp < 0x800) {
+            bytes[n++] = char(0xC0 | (cp >> 6));
+        } else {
+            if (cp < 0x10000) {
+                bytes[n++] = char(0xE0 | (cp >> 12));
+            } else {
+                bytes[n++] = char(0xF0 | (cp >> 18));
+                bytes[n++] = char(0x80 | ((cp >> 12) & 0x3F));
+            }
+            bytes[n++] = char(0x80 | ((cp >> 6) & 0x3F));
+        }
+        bytes[n++] = char(0x80 | (cp & 0x3F));
+        put(bytes, n);
+    }
+    out.append(buffer, used);
 }
 
 QString nameField(QStringView text)

@@ -49,6 +49,8 @@ void appendNameField(QString& out, QStringView text);
 QString nameField(QStringView text);
 // The text back from such a field.
 QString fromNameField(QStringView field);
+// appendNameField straight into UTF-8 bytes, as files are written.
+void appendNameFieldUtf8(QByteArray& out, QStringView text);
 
 // BOM + every line followed by CR LF, in UTF-8.
 QByteArray withBomAndCrlf(const QStringList& lines);

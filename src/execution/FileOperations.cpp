@@ -15,7 +15,7 @@ platform::RenameResult DiskOperations::renameInFolder(const QString& folder, con
                                                       const QString& toName, bool isFolder)
 {
     const platform::RenameResult result =
-        m_renamer.rename(toPlatformPath(folder), toPlatformPath(fromName), toPlatformPath(toName));
+        m_renamer.rename(platformView(folder), platformView(fromName), platformView(toName));
     if (isFolder)
         m_renamer.release();  // the kept handle may be this folder or one below it
     return result;
@@ -41,6 +41,36 @@ bool DiskOperations::writeFileAtomically(const QString& path, const QByteArray& 
     if (!ok && error)
         *error = QString::fromStdString(message);
     return ok;
+}
+
+namespace {
+
+bool reported(bool ok, const std::string& message, QString* error)
+{
+    if (!ok && error)
+        *error = QString::fromStdString(message);
+    return ok;
+}
+
+}  // namespace
+
+bool DiskOperations::beginPieces(const QString& path, QString* error)
+{
+    std::string message;
+    return reported(m_pieces.open(toPlatformPath(path), &message), message, error);
+}
+
+bool DiskOperations::writePiece(const QByteArray& bytes, QString* error)
+{
+    std::string message;
+    return reported(m_pieces.append(std::string_view(bytes.constData(), size_t(bytes.size())), &message), message,
+                    error);
+}
+
+bool DiskOperations::endPieces(QString* error)
+{
+    std::string message;
+    return reported(m_pieces.commit(&message), message, error);
 }
 
 std::optional<QByteArray> DiskOperations::readFile(const QString& path)

@@ -25,6 +25,10 @@ public:
     virtual bool createFolders(const QString& path) = 0;
     // The whole file through a temporary beside it, so that a reader sees old or new whole.
     virtual bool writeFileAtomically(const QString& path, const QByteArray& bytes, QString* error) = 0;
+    // The same in pieces, for files too large to hold whole: one such file at a time.
+    virtual bool beginPieces(const QString& path, QString* error) = 0;
+    virtual bool writePiece(const QByteArray& bytes, QString* error) = 0;
+    virtual bool endPieces(QString* error) = 0;
     virtual std::optional<QByteArray> readFile(const QString& path) = 0;
     virtual bool removeFile(const QString& path) = 0;
     // Appends to a file that stays open until closeAppend(); each call reaches the
@@ -60,6 +64,9 @@ public:
     bool setAttributes(const QString& path, std::uint32_t attributes) override;
     bool createFolders(const QString& path) override;
     bool writeFileAtomically(const QString& path, const QByteArray& bytes, QString* error) override;
+    bool beginPieces(const QString& path, QString* error) override;
+    bool writePiece(const QByteArray& bytes, QString* error) override;
+    bool endPieces(QString* error) override;
     std::optional<QByteArray> readFile(const QString& path) override;
     bool removeFile(const QString& path) override;
     bool openAppend(const QString& path) override;
@@ -72,6 +79,7 @@ private:
     struct AppendFile;
     std::unique_ptr<AppendFile> m_append;
     platform::FolderRenamer m_renamer;
+    platform::AtomicFile m_pieces;
 };
 
 // Thrown by FaultyOperations to stand for the process being killed at that instant.
@@ -102,6 +110,9 @@ public:
     {
         return m_inner.writeFileAtomically(path, bytes, error);
     }
+    bool beginPieces(const QString& path, QString* error) override { return m_inner.beginPieces(path, error); }
+    bool writePiece(const QByteArray& bytes, QString* error) override { return m_inner.writePiece(bytes, error); }
+    bool endPieces(QString* error) override { return m_inner.endPieces(error); }
     std::optional<QByteArray> readFile(const QString& path) override { return m_inner.readFile(path); }
     bool removeFile(const QString& path) override { return m_inner.removeFile(path); }
     bool openAppend(const QString& path) override { return m_inner.openAppend(path); }

@@ -206,21 +206,49 @@ void MoveSet::carryBelow(size_t folderItem, const QString& oldPath)
     }
 }
 
+void MoveSet::appendPlanLines(QByteArray& out, const std::vector<MoveStep>& steps,
+                              const std::function<void()>& spill) const
+{
+    const bool foldersMove =
+        std::any_of(steps.begin(), steps.end(), [&](const MoveStep& step) { return items[step.item].isFolder; });
+    if (foldersMove) {
+        // Renamed folders carry what is below them: follow that on a copy.
+        MoveSet dry(*this);
+        dry.onFolderMoved = nullptr;
+        for (const MoveStep& step : steps) {
+            const MoveItem& item = dry.items[step.item];
+            appendMoveLine(out, item.folder, item.name, step.newName, item.isFolder);
+            dry.moved(step.item, step.newName);
+            if (spill)
+                spill();
+        }
+        return;
+    }
+    std::vector<const QString*> nameNow(items.size(), nullptr);
+    for (const MoveStep& step : steps) {
+        const MoveItem& item = items[step.item];
+        const QString*& name = nameNow[step.item];
+        appendMoveLine(out, item.folder, name ? *name : item.name, step.newName, false);
+        name = &step.newName;
+        if (spill)
+            spill();
+    }
+}
+
 QByteArray MoveSet::planLines(const std::vector<MoveStep>& steps) const
 {
-    MoveSet dry(*this);
-    dry.onFolderMoved = nullptr;
     QByteArray lines;
-    qsizetype size = 0;
-    for (const MoveStep& step : steps)
-        size += (items[step.item].folder.size() + items[step.item].name.size()) * 3 + step.newName.size() * 2 + 8;
-    lines.reserve(size);
-    for (const MoveStep& step : steps) {
-        const MoveItem& item = dry.items[step.item];
-        appendMoveLine(lines, item.path(), item.folder + step.newName, item.isFolder);
-        dry.moved(step.item, step.newName);
-    }
+    appendPlanLines(lines, steps);
     return lines;
+}
+
+void MoveSet::appendProgrammeLines(QByteArray& out, const std::function<void()>& spill) const
+{
+    for (const MoveItem& item : items) {
+        appendProgrammeLine(out, item.folder, item.name, item.originalName);
+        if (spill)
+            spill();
+    }
 }
 
 bool MoveSet::planTemporaries(const std::vector<size_t>& files, const std::vector<size_t>& folders,
@@ -260,8 +288,8 @@ bool MoveSet::rollBack(const std::vector<size_t>& order, Journal& journal)
         MoveItem& item = items[i];
         if (!item.inTemporary)
             continue;
-        const qsizetype k = journal.extraMove(item.path(), item.folder + item.nameBeforeTemporary, item.isFolder);
-        const bool made = k >= 0 && rename(i, item.nameBeforeTemporary) == Outcome::Renamed;
+        const qsizetype k = journal.extraMove(item.path(), item.folder + item.originalName, item.isFolder);
+        const bool made = k >= 0 && rename(i, item.originalName) == Outcome::Renamed;
         if (k >= 0)
             journal.mark(k, made);
         if (made)
@@ -473,12 +501,8 @@ void RenameRunner::Run::setUpItems()
         item.attributes = entry.attributes;
     }
     // Rows below a renamed folder follow it (also while it has a temporary name).
-    moves.onFolderMoved = [this](size_t i, const QString& oldFolder) {
-        FileEntry& entry = list[qsizetype(i)];
-        const QString oldFull = oldFolder + entry.name + entry.ext;
-        entry.path = moves.items[i].folder;
-        list.updateKnownPath(oldFull, entry.fullPath());
-    };
+    // (Their known paths are recorded anew when the batch ends.)
+    moves.onFolderMoved = [this](size_t i, const QString&) { list[qsizetype(i)].path = moves.items[i].folder; };
     // Folders sorted ascending (case-insensitive) so that walking from the end handles a
     // folder before the folders that hold it.
     files.assign(preview.fileWork.begin(), preview.fileWork.end());
@@ -576,6 +600,7 @@ std::optional<QString> RenameRunner::Run::decideTarget(qsizetype row, const QStr
 // objects that hold its target (see orderByHolders) and folders before the folders above.
 void RenameRunner::Run::planMainPass()
 {
+    steps.reserve(steps.size() + moves.items.size());
     std::vector<QString> temporary(moves.items.size());
     for (size_t k = 0; k < firstPass; ++k)
         temporary[steps[k].item] = steps[k].newName;
@@ -603,14 +628,14 @@ void RenameRunner::Run::planMainPass()
 
 bool RenameRunner::Run::writeJournal(const QString& file)
 {
-    SnapshotData start;
-    start.foundExist = preview.foundExist;
-    start.foundExistAndExchange = preview.foundExistAndExchange;
-    start.lines.reserve(moves.items.size());
-    for (const MoveItem& item : moves.items)
-        start.lines.push_back(SnapshotLine{item.path(), item.originalName});
+    const auto produce = [&](QByteArray& out, const std::function<void()>& spill) {
+        out += snapshotHeader(preview.foundExist, preview.foundExistAndExchange, true);
+        moves.appendProgrammeLines(out, spill);
+        appendPlanHeading(out);
+        moves.appendPlanLines(out, steps, spill);
+    };
     QString error;
-    if (journal.begin(file, std::move(start), moves.planLines(steps), qsizetype(firstPass), &error))
+    if (journal.begin(file, produce, qsizetype(steps.size()), qsizetype(firstPass), &error))
         return true;
     ui.notify(Notice{QStringLiteral("apply.snapshotFailed"), kErrorTitle,
                      tr("无法写入文件：%1（%2）").arg(nativeSeparators(file), error), Icon::Error});
@@ -628,7 +653,6 @@ bool RenameRunner::Run::runFirstPass(int number, const QString& file)
                                          return false;
                                      MoveItem& item = moves.items[steps[k].item];
                                      item.inTemporary = true;
-                                     item.nameBeforeTemporary = item.originalName;
                                      created.push_back(steps[k].item);
                                      progress(int((k + 1) * 100 / firstPass));
                                      return true;
@@ -637,7 +661,9 @@ bool RenameRunner::Run::runFirstPass(int number, const QString& file)
     if (made == firstPass && created.size() == firstPass && journal.flush())
         return true;
     journal.giveUpAt(qsizetype(made));
-    if (moves.rollBack(created, journal)) {
+    const bool allBack = moves.rollBack(created, journal);
+    list.rebuildKnownPaths();
+    if (allBack) {
         journal.discard();
     } else {
         // Some object stays under its temporary name: the journal leads it back, from undo.
@@ -654,16 +680,15 @@ void RenameRunner::Run::finishRow(qsizetype row, MoveSet::Outcome outcome)
 {
     FileEntry& entry = list[row];
     MoveItem& item = moves.items[size_t(row)];
-    const QString oldFull = entry.fullPath();
     if (outcome == MoveSet::Outcome::Renamed) {
+        // The known paths are recorded anew once the batch is done.
         item.inTemporary = false;
-        const NameParts parts = splitFileName(item.name, entry.isFolder);
+        NameParts parts = splitFileName(item.name, entry.isFolder);
         entry.path = item.folder;
-        entry.name = entry.newName = parts.name;
-        entry.ext = entry.newExt = parts.ext;
+        entry.name = entry.newName = std::move(parts.name);
+        entry.ext = entry.newExt = std::move(parts.ext);
         entry.state = StateRenamed;
         ++result.succeeded;
-        list.updateKnownPath(oldFull, entry.fullPath());
         return;
     }
     const QString source = item.path();
@@ -673,7 +698,6 @@ void RenameRunner::Run::finishRow(qsizetype row, MoveSet::Outcome outcome)
         const NameParts parts = splitFileName(item.name, entry.isFolder);
         entry.name = parts.name;
         entry.ext = parts.ext;
-        list.updateKnownPath(oldFull, entry.fullPath());
     }
     entry.newName = entry.name;
     entry.newExt = entry.ext;
@@ -696,6 +720,7 @@ void RenameRunner::Run::runMainPass()
                      finishRow(qsizetype(steps[k].item), outcome);
                  return true;
              });
+    list.rebuildKnownPaths();
     progress(100);
 }
 
@@ -711,14 +736,14 @@ void RenameRunner::Run::complete(int number, const QString& file)
     s.messages().add(tr("对象批量更名完成！") + counts);
     result.summary = counts + tr("。");
     s.pushSnapshot(number);
-    SnapshotData snapshot;
-    snapshot.foundExist = preview.foundExist;
-    snapshot.foundExistAndExchange = preview.foundExistAndExchange;
-    snapshot.lines.reserve(moves.items.size());
-    for (const MoveItem& item : moves.items)
-        snapshot.lines.push_back(SnapshotLine{item.path(), item.originalName});
     QString error;
-    if (!journal.finish(snapshot, &error))
+    const bool written = journal.finish(
+        [&](QByteArray& out, const std::function<void()>& spill) {
+            out += snapshotHeader(preview.foundExist, preview.foundExistAndExchange, false);
+            moves.appendProgrammeLines(out, spill);
+        },
+        &error);
+    if (!written)
         s.messages().add(tr("无法写入文件：%1（%2）").arg(nativeSeparators(file), error), MessageColour::Red);
     result.snapshotPath = file;
     s.setPendingImport(false);
@@ -769,7 +794,7 @@ ApplyResult RenameRunner::apply()
     bool simple = false;
     if (!askBeforeStarting(result, simple))
         return result;
-    const PreviewResult preview = m_preview(simple);
+    PreviewResult preview = m_preview(simple);
     if (!preview.ran || preview.stopped) {
         result.end = preview.ran ? ApplyResult::End::PreviewStopped : ApplyResult::End::EmptyList;
         return result;
@@ -815,6 +840,9 @@ ApplyResult RenameRunner::apply()
         run.orderWorkLists();
     }
     run.planMainPass();
+    // The plan holds all that is needed from here on; the paths preview kept can go.
+    preview.rowPaths = {};
+    preview.rowByKey = {};
     if (!run.writeJournal(file)) {
         result.end = ApplyResult::End::SnapshotFailed;
         return result;

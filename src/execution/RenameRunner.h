@@ -73,8 +73,7 @@ struct MoveItem {
     QString name;        // the object's file name now (a temporary name included)
     QString originalName;
     bool isFolder = false;
-    bool inTemporary = false;
-    QString nameBeforeTemporary;
+    bool inTemporary = false;      // its name before that is originalName
     std::uint32_t attributes = 0;  // as last read (the listing that loaded it)
     QString path() const { return folder + name; }
 };
@@ -101,7 +100,12 @@ public:
     Outcome rename(size_t i, const QString& newName, platform::RenameResult* why = nullptr);
 
     // The plan lines of `steps` made one after another, worked out without the disk.
+    // `spill` (see Journal::Producer) is called after each line.
+    void appendPlanLines(QByteArray& out, const std::vector<MoveStep>& steps,
+                         const std::function<void()>& spill = {}) const;
     QByteArray planLines(const std::vector<MoveStep>& steps) const;
+    // One programme line per item: where it is now, the name it had before the batch.
+    void appendProgrammeLines(QByteArray& out, const std::function<void()>& spill = {}) const;
     // The first pass: `files` in order, then `folders` (sorted ascending) from the last, each
     // to kTemporaryPrefix + its name (the prefix repeated while that name is taken on disk or
     // by another temporary). False when a temporary path would be too long by `rule`.

@@ -16,37 +16,63 @@ const QByteArray kCrLf = QByteArrayLiteral("\r\n");
 const QByteArray kPlanHeading = QByteArrayLiteral("\r\n[Rename Plan]\r\n");
 const QByteArray kJournalHeading = QByteArrayLiteral("\r\n[Rename Journal]\r\n");
 
-// Everything up to and including the programme section.
-QByteArray headBytes(const SnapshotData& data)
+}  // namespace
+
+QByteArray snapshotHeader(bool foundExist, bool foundExistAndExchange, bool unfinished)
 {
     QStringList header = text::programmeHeader(QStringLiteral(";更名方案文件 或 快照文件（用于撤销更名）"),
                                                QStringLiteral(";由 Quillet Pro 自动生成"));
     header << QString() << QStringLiteral("[Rename Config]")
-           << QStringLiteral("FoundExist=") + (data.foundExist ? u'1' : u'0')
-           << QStringLiteral("FoundExistAndExchange=") + (data.foundExistAndExchange ? u'1' : u'0');
-    if (data.unfinished)
+           << QStringLiteral("FoundExist=") + (foundExist ? u'1' : u'0')
+           << QStringLiteral("FoundExistAndExchange=") + (foundExistAndExchange ? u'1' : u'0');
+    if (unfinished)
         header << QStringLiteral("Unfinished=1");
     header << QString() << QStringLiteral("[Rename Programme]");
-    QByteArray bytes = text::withBomAndCrlf(header);
+    return text::withBomAndCrlf(header);
+}
+
+void appendProgrammeLine(QByteArray& out, const QString& folder, const QString& name, const QString& giveBack)
+{
+    text::appendNameFieldUtf8(out, nativeSeparators(folder));
+    text::appendNameFieldUtf8(out, name);
+    out += '=';
+    text::appendNameFieldUtf8(out, giveBack);
+    out += kCrLf;
+}
+
+QByteArray snapshotHead(const SnapshotData& data)
+{
+    QByteArray bytes = snapshotHeader(data.foundExist, data.foundExistAndExchange, data.unfinished);
     qsizetype size = bytes.size();
     for (const SnapshotLine& line : data.lines)
         size += (line.path.size() + line.name.size()) * 3 / 2 + 3;
     bytes.reserve(size);
-    QString scratch;
-    for (const SnapshotLine& line : data.lines) {
-        scratch.clear();
-        text::appendNameField(scratch, nativeSeparators(line.path));
-        scratch += u'=';
-        text::appendNameField(scratch, line.name);
-        bytes += scratch.toUtf8();
-        bytes += kCrLf;
-    }
+    for (const SnapshotLine& line : data.lines)
+        appendProgrammeLine(bytes, line.path, QString(), line.name);
     return bytes;
+}
+
+namespace {
+
+void appendMark(QByteArray& out, char kind, qsizetype number)
+{
+    char digits[24];
+    int n = 0;
+    do {
+        digits[n++] = char('0' + number % 10);
+        number /= 10;
+    } while (number > 0);
+    out += kind;
+    while (n > 0)
+        out += digits[--n];
+    out += kCrLf;
 }
 
 QByteArray markLine(char kind, qsizetype k)
 {
-    return kind + QByteArray::number(k + 1) + kCrLf;
+    QByteArray line;
+    appendMark(line, kind, k + 1);
+    return line;
 }
 
 PlannedMove moveFrom(QStringView key, QStringView value)
@@ -90,20 +116,31 @@ QString snapshotPath(const QString& settingsFolder, const QString& runStamp, int
 
 void appendMoveLine(QByteArray& out, const QString& from, const QString& to, bool folder)
 {
-    QString line;
-    line.reserve(from.size() + to.size() + 8);
     if (folder)
-        line += u'*';
-    text::appendNameField(line, nativeSeparators(from));
-    line += u'=';
-    text::appendNameField(line, nativeSeparators(to));
-    out += line.toUtf8();
+        out += '*';
+    text::appendNameFieldUtf8(out, nativeSeparators(from));
+    out += '=';
+    text::appendNameFieldUtf8(out, nativeSeparators(to));
+    out += kCrLf;
+}
+
+void appendMoveLine(QByteArray& out, const QString& folder, const QString& fromName, const QString& toName,
+                    bool isFolder)
+{
+    const QString shown = nativeSeparators(folder);
+    if (isFolder)
+        out += '*';
+    text::appendNameFieldUtf8(out, shown);
+    text::appendNameFieldUtf8(out, fromName);
+    out += '=';
+    text::appendNameFieldUtf8(out, shown);
+    text::appendNameFieldUtf8(out, toName);
     out += kCrLf;
 }
 
 QByteArray snapshotBytes(const SnapshotData& data)
 {
-    QByteArray bytes = headBytes(data);
+    QByteArray bytes = snapshotHead(data);
     if (!data.unfinished)
         return bytes;
     bytes += kPlanHeading;
@@ -111,7 +148,7 @@ QByteArray snapshotBytes(const SnapshotData& data)
         appendMoveLine(bytes, data.moves[size_t(k)].from, data.moves[size_t(k)].to, data.moves[size_t(k)].folder);
     bytes += kJournalHeading;
     if (data.firstPass > 0)
-        bytes += '^' + QByteArray::number(data.firstPass) + kCrLf;
+        appendMark(bytes, '^', data.firstPass);
     for (qsizetype k : data.made)
         bytes += markLine('+', k);
     for (qsizetype k : data.failed)
@@ -308,37 +345,60 @@ bool Journal::openForMarks(const QString& path, qsizetype moves)
 
 namespace {
 
-QByteArray planAndHeading(const QByteArray& planLines, qsizetype firstPass)
+void appendJournalHeading(QByteArray& out, qsizetype firstPass)
 {
-    QByteArray bytes = kPlanHeading + planLines + kJournalHeading;
+    out += kJournalHeading;
     if (firstPass > 0)
-        bytes += '^' + QByteArray::number(firstPass) + kCrLf;
-    return bytes;
+        appendMark(out, '^', firstPass);
 }
 
 }  // namespace
 
-bool Journal::begin(const QString& path, SnapshotData start, const QByteArray& planLines, qsizetype firstPass,
+void appendPlanHeading(QByteArray& out) { out += kPlanHeading; }
+
+bool Journal::writeInPieces(const QString& path, const Producer& produce, qsizetype firstPass, bool journalHeading,
+                            QString* error)
+{
+    constexpr qsizetype kPiece = qsizetype(1) << 20;
+    if (!m_ops.beginPieces(path, error))
+        return false;
+    QByteArray out;
+    out.reserve(kPiece + 4096);
+    bool ok = true;
+    const std::function<void()> spill = [&] {
+        if (out.size() < kPiece)
+            return;
+        ok = ok && m_ops.writePiece(out, error);
+        out.truncate(0);
+    };
+    produce(out, spill);
+    if (journalHeading)
+        appendJournalHeading(out, firstPass);
+    ok = ok && m_ops.writePiece(out, error);
+    return ok && m_ops.endPieces(error);
+}
+
+bool Journal::begin(const QString& path, const Producer& produce, qsizetype planMoves, qsizetype firstPass,
                     QString* error)
 {
-    start.unfinished = true;
-    QByteArray bytes = headBytes(start);
-    bytes += planAndHeading(planLines, firstPass);
-    if (!m_ops.writeFileAtomically(path, bytes, error))
+    if (!writeInPieces(path, produce, firstPass, true, error))
         return false;
     if (!m_ops.openAppend(path)) {
         if (error)
             *error = QStringLiteral("cannot append to ") + path;
         return false;
     }
-    return openForMarks(path, planLines.count('\n'));
+    m_path = path;
+    return openForMarks(path, planMoves);
 }
 
 bool Journal::beginOnFinished(const QString& path, const QByteArray& planLines, qsizetype firstPass)
 {
     if (!m_ops.openAppend(path))
         return false;
-    if (!m_ops.append(planAndHeading(planLines, firstPass)) || !m_ops.syncAppend()) {
+    QByteArray bytes = kPlanHeading + planLines;
+    appendJournalHeading(bytes, firstPass);
+    if (!m_ops.append(bytes) || !m_ops.syncAppend()) {
         m_ops.closeAppend();
         return false;
     }
@@ -349,7 +409,7 @@ void Journal::mark(qsizetype k, bool made)
 {
     if (!m_active)
         return;
-    m_pending += markLine(made ? '+' : '-', k);
+    appendMark(m_pending, made ? '+' : '-', k + 1);
     const auto now = std::chrono::steady_clock::now();
     if (++m_pendingCount >= kMarksPerWrite || now - m_lastWrite >= kMarkInterval)
         flush();
@@ -386,12 +446,17 @@ qsizetype Journal::extraMove(const QString& from, const QString& to, bool folder
 
 bool Journal::finish(const SnapshotData& finished, QString* error)
 {
+    SnapshotData data = finished;
+    data.unfinished = false;
+    return finish([&](QByteArray& out, const std::function<void()>&) { out += snapshotHead(data); }, error);
+}
+
+bool Journal::finish(const Producer& produce, QString* error)
+{
     if (m_active)
         m_ops.closeAppend();
     m_active = false;
-    SnapshotData data = finished;
-    data.unfinished = false;
-    return m_ops.writeFileAtomically(m_path, headBytes(data), error);
+    return writeInPieces(m_path, produce, 0, false, error);
 }
 
 void Journal::discard()

@@ -39,6 +39,7 @@
 #include <QStringList>
 #include <QStringView>
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -82,8 +83,19 @@ struct SnapshotData {
 // The whole file; an unfinished one ends with its journal section, to which the marks are
 // appended.
 QByteArray snapshotBytes(const SnapshotData& data);
-// One line of the plan, or of a rename outside it.
+// The pieces a batch writes its file from without building SnapshotData: the header up to
+// and including the "[Rename Programme]" heading, one programme line (the object at
+// folder + name, the name to give back), the heading of the plan. snapshotHead: the header
+// with the data's lines.
+QByteArray snapshotHeader(bool foundExist, bool foundExistAndExchange, bool unfinished);
+void appendProgrammeLine(QByteArray& out, const QString& folder, const QString& name, const QString& giveBack);
+void appendPlanHeading(QByteArray& out);
+QByteArray snapshotHead(const SnapshotData& data);
+// One line of the plan, or of a rename outside it; the second form for a rename inside
+// `folder` (ending with '/').
 void appendMoveLine(QByteArray& out, const QString& from, const QString& to, bool folder);
+void appendMoveLine(QByteArray& out, const QString& folder, const QString& fromName, const QString& toName,
+                    bool isFolder);
 
 // Reads a snapshot or journal (names decoded, separators made internal). nullopt when the
 // text has no "[Rename Programme]" line.
@@ -110,10 +122,14 @@ public:
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
 
-    // Writes `start` (marked unfinished) with the plan `planLines` (from appendMoveLine), of
-    // which the first `firstPass` renames go to temporary names, to `path`, synced, and
-    // opens it for the marks.
-    bool begin(const QString& path, SnapshotData start, const QByteArray& planLines, qsizetype firstPass,
+    // Fills a file in order into `out`; `spill` hands what has gathered in `out` to the file
+    // once there is enough of it, so that a large file is never held whole.
+    using Producer = std::function<void(QByteArray& out, const std::function<void()>& spill)>;
+
+    // Writes what `produce` makes (an unfinished header, the programme, the plan heading and
+    // `planMoves` plan lines, of which the first `firstPass` go to temporary names) and the
+    // journal heading to `path`, synced, and opens it for the marks.
+    bool begin(const QString& path, const Producer& produce, qsizetype planMoves, qsizetype firstPass,
                QString* error);
     // Continues the finished snapshot at `path` as the journal of its own undo: the plan
     // and the journal heading are appended and synced; the rest of the file stays.
@@ -131,12 +147,16 @@ public:
     // A rename outside the plan, written before it is made; its number, or -1 when the line
     // could not be written (then the rename must not be made).
     qsizetype extraMove(const QString& from, const QString& to, bool folder);
-    // Rewrites the file whole as `finished` (no plan or journal left in it).
+    // Rewrites the file whole as `finished` (no plan or journal left in it), or as the bytes
+    // of such a file.
     bool finish(const SnapshotData& finished, QString* error);
+    bool finish(const Producer& produce, QString* error);
     // Deletes the file: nothing that it records is left to undo.
     void discard();
 
 private:
+    bool writeInPieces(const QString& path, const Producer& produce, qsizetype firstPass, bool journalHeading,
+                       QString* error);
     bool openForMarks(const QString& path, qsizetype moves);
 
     FileOperations& m_ops;

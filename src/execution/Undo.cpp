@@ -133,11 +133,19 @@ UndoResult Undo::run(const QString& snapshotFile)
     const bool reorder = !twoPass && data->foundExist;
 
     MoveSet moves(m_ops);
+    moves.items.reserve(lines.size());
     UndoItems found;
+    found.targets.reserve(lines.size());
+    found.lineOf.reserve(lines.size());
     FolderListing listing;
+    PathParts parts;
     for (size_t l = 0; l < lines.size(); ++l) {
         const SnapshotLine& line = lines[l];
-        const PathParts parts = splitPath(line.path);
+        // Lines of one folder share one folder text.
+        PathParts next = splitPath(line.path);
+        parts.fileName = std::move(next.fileName);
+        if (next.folder != parts.folder)
+            parts.folder = std::move(next.folder);
         MoveItem item;
         if (m_ops.renameIsExact()) {
             const std::optional<bool> folder = listing.isFolder(parts.folder, parts.fileName);
@@ -194,6 +202,7 @@ UndoResult Undo::run(const QString& snapshotFile)
     });
     ui.status(tr("正在准备撤销更名数据"));
     std::vector<MoveStep> steps;
+    steps.reserve(moves.items.size() * (twoPass ? 2 : 1));
     if (twoPass) {
         if (!moves.planTemporaries(found.files, found.folders, platformLengthRule(), steps)) {
             ui.notify(Notice{QStringLiteral("undo.firstPassFailed"), kErrorTitle, tr("智能撤销更名失败！"), Icon::Error});
@@ -231,11 +240,22 @@ UndoResult Undo::run(const QString& snapshotFile)
     // The snapshot becomes the journal of this undo.
     Journal journal(m_ops);
     {
-        const QByteArray plan = moves.planLines(steps);
-        QString error;
         const qsizetype temporaries = qsizetype(firstPass);
-        if (!(data->unfinished ? journal.begin(snapshotFile, original, plan, temporaries, &error)
-                               : journal.beginOnFinished(snapshotFile, plan, temporaries)))
+        bool begun = false;
+        if (data->unfinished) {
+            SnapshotData start = original;
+            start.unfinished = true;
+            const auto produce = [&](QByteArray& out, const std::function<void()>& spill) {
+                out += snapshotHead(start);
+                appendPlanHeading(out);
+                moves.appendPlanLines(out, steps, spill);
+            };
+            QString error;
+            begun = journal.begin(snapshotFile, produce, qsizetype(steps.size()), temporaries, &error);
+        } else {
+            begun = journal.beginOnFinished(snapshotFile, moves.planLines(steps), temporaries);
+        }
+        if (!begun)
             return unusable();
     }
 
@@ -247,7 +267,6 @@ UndoResult Undo::run(const QString& snapshotFile)
                                              return false;
                                          MoveItem& item = moves.items[steps[k].item];
                                          item.inTemporary = true;
-                                         item.nameBeforeTemporary = item.originalName;
                                          created.push_back(steps[k].item);
                                          return true;
                                      });

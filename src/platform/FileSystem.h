@@ -108,6 +108,7 @@ private:
     static constexpr std::intptr_t kClosed = -1;
     Path m_folder;
     std::intptr_t m_handle = kClosed;
+    std::string m_from, m_to;  // the names as the kernel takes them, kept for their capacity
 };
 
 // Creates the folder and every missing parent. True when the folder exists afterwards.
@@ -139,6 +140,9 @@ struct WalkEvents {
     // Called for a folder or name the walk had to skip; `what` is the folder path or,
     // for a bad name, the folder plus the name with undecodable bytes shown as U+FFFD.
     std::function<void(WalkProblem, PathView what)> problem;
+    // Optional: called before the entries of each folder, with their number, so that the
+    // receiver can make room for them at once.
+    std::function<void(std::size_t entries)> folderRead;
 };
 
 // Lists `root` (a folder, with or without trailing '/'): only its children, or with
@@ -168,6 +172,27 @@ bool readChunks(PathView path, std::size_t chunkBytes, const std::function<bool(
 // `path`, so that readers see either the old or the new file whole. This is for the
 // program's own state files (settings, snapshots, command files), never for a rename.
 bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error);
+
+// The same in pieces, for a file too large to hold whole: open() makes the temporary file,
+// append() adds to it, commit() flushes it to disk and moves it over the target. Destroyed
+// or abandoned before commit(), it leaves the target as it was and no temporary behind.
+class AtomicFile {
+public:
+    AtomicFile() = default;
+    ~AtomicFile() { abandon(); }
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
+
+    bool open(PathView path, std::string* error);
+    bool append(std::string_view bytes, std::string* error);
+    bool commit(std::string* error);
+    void abandon();
+
+private:
+    static constexpr std::intptr_t kClosed = -1;
+    std::intptr_t m_handle = kClosed;
+    Path m_target, m_temp;
+};
 
 // Deletes a file (never a folder). True when it is gone afterwards.
 bool removeFile(PathView path);
@@ -210,9 +235,13 @@ Path executablePath();
 std::optional<Path> toUtf16(std::string_view utf8);
 Path toUtf16Lossy(std::string_view utf8);
 std::string toUtf8(PathView utf16);
+void appendUtf8(PathView utf16, std::string& out);
 // For paths handed to the OS: nullopt when the text holds a NUL or an unpaired surrogate.
 // Such a path names nothing; a lossy form could name a different, existing object.
 std::optional<std::string> toUtf8Path(PathView utf16);
+// The same into a buffer the caller keeps (no allocation once it is large enough); false
+// where toUtf8Path gives nullopt.
+bool toUtf8Path(PathView utf16, std::string& out);
 // Appends the strict decoding of `utf8` to `out` (for loops that reuse one buffer). On
 // invalid input `out` is left as it was and the result is false.
 bool appendUtf16(std::string_view utf8, Path& out);

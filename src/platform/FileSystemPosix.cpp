@@ -498,6 +498,7 @@ private:
 
     bool emit(Folder& folder, Pending& pending)
     {
+        if (events_.folderRead) events_.folderRead(folder.items.size());
         std::size_t next = 0;
         for (const Item& item : folder.items) {
             const std::string_view rawName(folder.names.data() + item.nameOffset, item.nameLength);
@@ -626,9 +627,7 @@ RenameResult renameNoReplace(PathView from, PathView to)
 RenameResult FolderRenamer::rename(PathView folder, PathView fromName, PathView toName)
 {
     RenameResult result;
-    const auto from = isPlainName(fromName) ? toUtf8Path(fromName) : std::nullopt;
-    const auto to = isPlainName(toName) ? toUtf8Path(toName) : std::nullopt;
-    if (!from || !to) {
+    if (!isPlainName(fromName) || !isPlainName(toName) || !toUtf8Path(fromName, m_from) || !toUtf8Path(toName, m_to)) {
         result.status = RenameStatus::InvalidName;
         result.systemError = EINVAL;
         result.systemMessage = errorText(EINVAL);
@@ -647,9 +646,9 @@ RenameResult FolderRenamer::rename(PathView folder, PathView fromName, PathView 
     if (m_handle != kClosed) {
         const int fd = static_cast<int>(m_handle);
 #if defined(__GLIBC__) && (__GLIBC__ > 2 || (__GLIBC__ == 2 && __GLIBC_MINOR__ >= 28))
-        const int rc = ::renameat2(fd, from->c_str(), fd, to->c_str(), RENAME_NOREPLACE);
+        const int rc = ::renameat2(fd, m_from.c_str(), fd, m_to.c_str(), RENAME_NOREPLACE);
 #else
-        const int rc = static_cast<int>(::syscall(SYS_renameat2, fd, from->c_str(), fd, to->c_str(), RENAME_NOREPLACE));
+        const int rc = static_cast<int>(::syscall(SYS_renameat2, fd, m_from.c_str(), fd, m_to.c_str(), RENAME_NOREPLACE));
 #endif
         if (rc == 0) {
             result.status = RenameStatus::Ok;
@@ -830,8 +829,9 @@ bool readChunks(PathView path, std::size_t chunkBytes, const std::function<bool(
     return ok;
 }
 
-bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error)
+bool AtomicFile::open(PathView path, std::string* error)
 {
+    abandon();
     auto fail = [&](const std::string& what, int err) {
         if (error) *error = what + ": " + errorText(err);
         return false;
@@ -841,48 +841,76 @@ bool writeFileAtomically(PathView path, std::string_view bytes, std::string* err
     const std::string& target = *converted;
     const std::string parent = parentOf(target);
     if (!createFolders(toUtf16Lossy(parent))) return fail(parent, errno ? errno : ENOTDIR);
-
     const std::string temp = target + ".tmp" + tempSuffix();
     const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (fd < 0) return fail(temp, errno);
-    auto abandon = [&](int err) {
-        ::close(fd);
-        ::unlink(temp.c_str());
-        return fail(temp, err);
-    };
     struct stat old;
     if (::stat(target.c_str(), &old) == 0) ::fchmod(fd, old.st_mode & 07777);  // keep the file's permissions
+    m_handle = fd;
+    m_target = Path(path);
+    m_temp = toUtf16Lossy(temp);
+    return true;
+}
 
-    const char* data = bytes.data();
-    std::size_t left = bytes.size();
-    while (left > 0) {
-        const ssize_t put = ::write(fd, data, left);
+bool AtomicFile::append(std::string_view bytes, std::string* error)
+{
+    if (m_handle == kClosed) return false;
+    const int fd = static_cast<int>(m_handle);
+    while (!bytes.empty()) {
+        const ssize_t put = ::write(fd, bytes.data(), bytes.size());
         if (put < 0) {
             if (errno == EINTR) continue;
-            return abandon(errno);
+            if (error) *error = toUtf8(m_temp) + ": " + errorText(errno);
+            abandon();
+            return false;
         }
-        data += put;
-        left -= static_cast<std::size_t>(put);
+        bytes.remove_prefix(static_cast<std::size_t>(put));
     }
-    if (::fsync(fd) != 0) return abandon(errno);
-    if (::close(fd) != 0) {
-        const int err = errno;
+    return true;
+}
+
+bool AtomicFile::commit(std::string* error)
+{
+    if (m_handle == kClosed) return false;
+    const std::string temp = toUtf8(m_temp);
+    const std::string target = toUtf8(m_target);
+    auto fail = [&](const std::string& what, int err) {
+        if (error) *error = what + ": " + errorText(err);
         ::unlink(temp.c_str());
+        m_handle = kClosed;
+        return false;
+    };
+    const int fd = static_cast<int>(m_handle);
+    if (::fsync(fd) != 0) {
+        const int err = errno;
+        ::close(fd);
         return fail(temp, err);
     }
-    if (::rename(temp.c_str(), target.c_str()) != 0) {
-        const int err = errno;
-        ::unlink(temp.c_str());
-        return fail(target, err);
-    }
+    if (::close(fd) != 0) return fail(temp, errno);
+    if (::rename(temp.c_str(), target.c_str()) != 0) return fail(target, errno);
+    m_handle = kClosed;
     // Make the new name itself durable; failing here loses nothing already written.
-    const int dirFd = ::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int dirFd = ::open(parentOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (dirFd >= 0) {
         ::fsync(dirFd);
         ::close(dirFd);
     }
     if (error) error->clear();
     return true;
+}
+
+void AtomicFile::abandon()
+{
+    if (m_handle == kClosed) return;
+    ::close(static_cast<int>(m_handle));
+    ::unlink(toUtf8(m_temp).c_str());
+    m_handle = kClosed;
+}
+
+bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error)
+{
+    AtomicFile file;
+    return file.open(path, error) && file.append(bytes, error) && file.commit(error);
 }
 
 bool removeFile(PathView path)

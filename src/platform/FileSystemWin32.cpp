@@ -305,6 +305,7 @@ private:
     {
         Level& level = levels_[depth];
         if (!readFolder(level)) report(WalkProblem::Unreadable, level.folder);
+        if (events_.folderRead) events_.folderRead(level.items.size());
         for (const Item& item : level.items) {
             const PathView name(level.texts.data() + item.textOffset, item.textLength);
             if (events_.entry && !events_.entry(DirEntry{level.folder, name, item.info})) return false;
@@ -573,8 +574,9 @@ bool readChunks(PathView path, std::size_t chunkBytes, const std::function<bool(
     return ok;
 }
 
-bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error)
+bool AtomicFile::open(PathView path, std::string* error)
 {
+    abandon();
     auto fail = [&](PathView what, DWORD code) {
         if (error) *error = toUtf8(what) + ": " + errorText(code);
         return false;
@@ -586,36 +588,70 @@ bool writeFileAtomically(PathView path, std::string_view bytes, std::string* err
     const std::size_t slash = target.rfind(u'/');
     if (slash != Path::npos && slash > 0 && !createFolders(target.substr(0, slash)))
         return fail(target.substr(0, slash), GetLastError());
-
     const Path temp = target + u".tmp-" + toUtf16Lossy(std::to_string(GetCurrentProcessId())) + u"-" +
                       toUtf16Lossy(std::to_string(gTempCounter.fetch_add(1)));
-    const std::wstring nativeTemp = toWin32(temp);
-    HANDLE h = CreateFileW(wide(nativeTemp), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    HANDLE h = CreateFileW(wide(toWin32(temp)), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (h == INVALID_HANDLE_VALUE) return fail(temp, GetLastError());
-    auto abandon = [&](DWORD code) {
-        CloseHandle(h);
-        DeleteFileW(wide(nativeTemp));
-        return fail(temp, code);
-    };
-    const char* data = bytes.data();
-    std::size_t left = bytes.size();
-    while (left > 0) {
-        const DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(left, 1u << 30));
+    m_handle = reinterpret_cast<std::intptr_t>(h);
+    m_target = target;
+    m_temp = temp;
+    return true;
+}
+
+bool AtomicFile::append(std::string_view bytes, std::string* error)
+{
+    if (m_handle == kClosed) return false;
+    HANDLE h = reinterpret_cast<HANDLE>(m_handle);
+    while (!bytes.empty()) {
+        const DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1u << 30));
         DWORD put = 0;
-        if (!WriteFile(h, data, chunk, &put, nullptr)) return abandon(GetLastError());
-        data += put;
-        left -= put;
+        if (!WriteFile(h, bytes.data(), chunk, &put, nullptr)) {
+            if (error) *error = toUtf8(m_temp) + ": " + errorText(GetLastError());
+            abandon();
+            return false;
+        }
+        bytes.remove_prefix(put);
     }
-    if (!FlushFileBuffers(h)) return abandon(GetLastError());
+    return true;
+}
+
+bool AtomicFile::commit(std::string* error)
+{
+    if (m_handle == kClosed) return false;
+    HANDLE h = reinterpret_cast<HANDLE>(m_handle);
+    const std::wstring nativeTemp = toWin32(m_temp);
+    auto fail = [&](PathView what, DWORD code) {
+        if (error) *error = toUtf8(what) + ": " + errorText(code);
+        DeleteFileW(wide(nativeTemp));
+        m_handle = kClosed;
+        return false;
+    };
+    if (!FlushFileBuffers(h)) {
+        const DWORD code = GetLastError();
+        CloseHandle(h);
+        return fail(m_temp, code);
+    }
     CloseHandle(h);
     // Replacing is right here and only here: the target is the program's own state file.
-    if (!MoveFileExW(wide(nativeTemp), wide(toWin32(target)), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-        const DWORD code = GetLastError();
-        DeleteFileW(wide(nativeTemp));
-        return fail(target, code);
-    }
+    if (!MoveFileExW(wide(nativeTemp), wide(toWin32(m_target)), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return fail(m_target, GetLastError());
+    m_handle = kClosed;
     if (error) error->clear();
     return true;
+}
+
+void AtomicFile::abandon()
+{
+    if (m_handle == kClosed) return;
+    CloseHandle(reinterpret_cast<HANDLE>(m_handle));
+    DeleteFileW(wide(toWin32(m_temp)));
+    m_handle = kClosed;
+}
+
+bool writeFileAtomically(PathView path, std::string_view bytes, std::string* error)
+{
+    AtomicFile file;
+    return file.open(path, error) && file.append(bytes, error) && file.commit(error);
 }
 
 bool removeFile(PathView path)

@@ -109,26 +109,52 @@ Path toUtf16Lossy(std::string_view utf8)
     return out;
 }
 
-std::optional<std::string> toUtf8Path(PathView utf16)
+bool toUtf8Path(PathView utf16, std::string& out)
 {
+    // Most names are ASCII: copied straight, the rest checked and encoded below.
     const std::size_t n = utf16.size();
+    out.resize(n);
+    std::size_t ascii = 0;
+    for (; ascii < n && utf16[ascii] < 0x80; ++ascii) {
+        if (utf16[ascii] == 0)
+            return false;
+        out[ascii] = static_cast<char>(utf16[ascii]);
+    }
+    if (ascii == n)
+        return true;
     for (std::size_t i = 0; i < n; ++i) {
         const char16_t c = utf16[i];
         if (c == 0 || (c >= 0xDC00 && c <= 0xDFFF))
-            return std::nullopt;
+            return false;
         if (c >= 0xD800 && c <= 0xDBFF) {
             if (i + 1 >= n || utf16[i + 1] < 0xDC00 || utf16[i + 1] > 0xDFFF)
-                return std::nullopt;
+                return false;
             ++i;
         }
     }
-    return toUtf8(utf16);
+    out.clear();
+    appendUtf8(utf16, out);
+    return true;
+}
+
+std::optional<std::string> toUtf8Path(PathView utf16)
+{
+    std::string out;
+    if (!toUtf8Path(utf16, out))
+        return std::nullopt;
+    return out;
 }
 
 std::string toUtf8(PathView utf16)
 {
     std::string out;
     out.reserve(utf16.size());
+    appendUtf8(utf16, out);
+    return out;
+}
+
+void appendUtf8(PathView utf16, std::string& out)
+{
     const std::size_t n = utf16.size();
     for (std::size_t i = 0; i < n; ++i) {
         char32_t cp = utf16[i];
@@ -154,7 +180,6 @@ std::string toUtf8(PathView utf16)
         }
         out.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
     }
-    return out;
 }
 
 std::u16string attributeLetters(std::uint32_t attributes)

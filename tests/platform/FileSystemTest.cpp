@@ -604,7 +604,7 @@ TEST_F(TempTree, WalkStopsWhenToldAndSurvivesAMissingRoot)
     EXPECT_TRUE(gone.finished && gone.paths.empty());
     EXPECT_EQ(gone.problems, (decltype(gone.problems){{WalkProblem::Unreadable, show(toPath(root_ / "gone")) + "/"}}));
     std::size_t reported = 0;
-    EXPECT_TRUE(walk(u"", true, {[](const DirEntry&) { return false; }, [&](WalkProblem, PathView) { ++reported; }}));
+    EXPECT_TRUE(walk(u"", true, {[](const DirEntry&) { return false; }, [&](WalkProblem, PathView) { ++reported; }, {}}));
     EXPECT_EQ(reported, 1u);
 }
 
