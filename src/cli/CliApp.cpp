@@ -24,6 +24,7 @@
 #include "core/Startup.h"
 #include "execution/ContrastList.h"
 #include "execution/FileOperations.h"
+#include "execution/ListExport.h"
 #include "execution/Preview.h"
 #include "execution/RenameRunner.h"
 #include "execution/Snapshot.h"
@@ -74,6 +75,19 @@ QByteArray rowsAsJson(const RenameList& list)
         });
     }
     return QJsonDocument(rows).toJson(QJsonDocument::Indented);
+}
+
+QString rowsAsCsv(const RenameList& list)
+{
+    TextTable table{{QStringLiteral("state"), QStringLiteral("path"), QStringLiteral("name"), QStringLiteral("ext"),
+                     QStringLiteral("newName"), QStringLiteral("newExt")},
+                    {}};
+    table.rows.reserve(size_t(list.size()));
+    for (const FileEntry& row : list.rows()) {
+        table.rows.push_back({QString::number(row.state), nativeSeparators(row.fullPath()), row.name, row.ext,
+                              row.newName, row.newExt});
+    }
+    return tableAsCsv(table);
 }
 
 namespace {
@@ -152,7 +166,7 @@ private:
     bool m_simple;
 };
 
-enum class Format { Tsv, Json };
+enum class Format { Tsv, Json, Csv };
 
 // Message-log lines go to standard error as they come, except while held: a run that then
 // stops on bad input prints only its one-line reason.
@@ -309,8 +323,8 @@ int CliApp::run(const QStringList& arguments)
                                      QStringLiteral("MASKS"));
     const QCommandLineOption simple(QStringLiteral("simple"), QStringLiteral("使用简单更名 (simple rename)"));
     const QCommandLineOption format(QStringLiteral("format"),
-                                    QStringLiteral("输出格式：tsv（默认）或 json (output format: tsv or json)"),
-                                    QStringLiteral("tsv|json"));
+                                    QStringLiteral("输出格式：tsv（默认）、json 或 csv (output format: tsv, json or csv)"),
+                                    QStringLiteral("tsv|json|csv"));
     const QCommandLineOption snapshot(QStringLiteral("snapshot"),
                                       QStringLiteral("从该快照文件撤销 (undo from this snapshot file)"),
                                       QStringLiteral("FILE"));
@@ -427,8 +441,10 @@ int CliApp::run(const QStringList& arguments)
         const QString value = parser.value(format);
         if (value == QLatin1String("json"))
             o.format = Format::Json;
+        else if (value == QLatin1String("csv"))
+            o.format = Format::Csv;
         else if (value != QLatin1String("tsv"))
-            return fail(QStringLiteral("未知的输出格式：%1（应为 tsv 或 json）").arg(value));
+            return fail(QStringLiteral("未知的输出格式：%1（应为 tsv、json 或 csv）").arg(value));
     }
     if (o.command == QLatin1String("import") && o.programme.isEmpty())
         return fail(QStringLiteral("import 需要 --programme FILE (import needs --programme FILE)"));
@@ -479,6 +495,8 @@ int CliApp::run(const QStringList& arguments)
         if (o.format == Format::Json) {
             m_out.flush();
             m_out << QString::fromUtf8(rowsAsJson(session.renameList()));
+        } else if (o.format == Format::Csv) {
+            m_out << rowsAsCsv(session.renameList());
         } else {
             m_out << rowsAsTsv(session.renameList());
         }
