@@ -783,6 +783,42 @@ level(separator)level: all folder names between the two levels, joined by the se
         <source>说明：</source>
         <translation>Notes: </translation>
     </message>
+    <message>
+        <source>分析文件结构</source>
+        <translation>Reading the folder structure</translation>
+    </message>
+    <message>
+        <source>剔除重复对象</source>
+        <translation>Removing duplicate objects</translation>
+    </message>
+    <message>
+        <source>对象过滤</source>
+        <translation>Filtering objects</translation>
+    </message>
+    <message>
+        <source>载入对象至列表</source>
+        <translation>Loading objects into the list</translation>
+    </message>
+    <message>
+        <source>正在遍历各文件夹并剔除重复对象</source>
+        <translation>Walking the folders and removing duplicate objects</translation>
+    </message>
+    <message>
+        <source>文件列表中的对象以及新载入的对象数量均过于庞大，将导致在接下来剔除重复对象操作时间太长。请做出以下选择：</source>
+        <translation>Both the file list and the objects being loaded are very large, so removing duplicates will take a long time. Please choose:</translation>
+    </message>
+    <message>
+        <source>自动剔除重复对象，按“是”；</source>
+        <translation>to remove duplicate objects, press “Yes”;</translation>
+    </message>
+    <message>
+        <source>新载入的对象与文件列表不会有重复，直接载入文件列表，按“否”；</source>
+        <translation>if the new objects cannot repeat the listed ones, load them directly: press “No”;</translation>
+    </message>
+    <message>
+        <source>取消载入新对象，按“取消”。</source>
+        <translation>to load nothing, press “Cancel”.</translation>
+    </message>
 </context>
 <context>
     <name>qp::InteractionDialogs</name>
@@ -823,6 +859,61 @@ level(separator)level: all folder names between the two levels, joined by the se
     <message>
         <source>以下文件名（含路径）的总长度大于系统规定：（系统规定含“:”“\”字符最长为258字符）</source>
         <translation>The full length of these file names (with path) is above the system&apos;s limit (at most 258 characters, “:” and “\” included):</translation>
+    </message>
+</context>
+<context>
+    <name>qp::Loader</name>
+    <message>
+        <source>无法读取列表文件：</source>
+        <translation>Cannot read the list file: </translation>
+    </message>
+    <message>
+        <source>列表文件中有 %1 行不是完整路径，已忽略。</source>
+        <translation>%1 lines of the list file are not full paths and were ignored.</translation>
+    </message>
+    <message>
+        <source>列表文件中有 %1 行不是有效的 UTF-8 文本，已忽略。</source>
+        <translation>%1 lines of the list file are not valid UTF-8 text and were ignored.</translation>
+    </message>
+    <message>
+        <source>另有 %1 个对象因同样的原因被跳过。</source>
+        <translation>%1 more objects were skipped for the same reason.</translation>
+    </message>
+    <message>
+        <source>未发现新对象！</source>
+        <translation>No new objects found!</translation>
+    </message>
+    <message>
+        <source>对象载入完毕。</source>
+        <translation>The objects are loaded.</translation>
+    </message>
+    <message>
+        <source>对象不存在：</source>
+        <translation>The object does not exist: </translation>
+    </message>
+    <message>
+        <source>无法读取文件夹：</source>
+        <translation>Cannot read the folder: </translation>
+    </message>
+    <message>
+        <source>文件名编码无法识别，已跳过：</source>
+        <translation>The name&apos;s encoding is not recognised, skipped: </translation>
+    </message>
+    <message>
+        <source>警告</source>
+        <translation>Warning</translation>
+    </message>
+    <message>
+        <source>您选择了新载入的对象不剔除重复而直接载入文件列表。如文件列表中存在重复对象将导致更名时出现错误，继续吗？</source>
+        <translation>You chose to load the new objects without removing duplicates. Duplicate objects in the list cause errors when renaming. Go ahead?</translation>
+    </message>
+    <message>
+        <source>更名文件列表中未发现文件夹，无需遍历。</source>
+        <translation>The rename list holds no folders; there is nothing to traverse.</translation>
+    </message>
+    <message>
+        <source>更名文件列表中发现 2 个或以上的文件夹，分别遍历这些文件夹时须剔除重复对象，视实际情况而定可能会比直接遍历载入方式花更长的处理时间。是否继续？</source>
+        <translation>The rename list holds 2 or more folders. Walking each of them means removing duplicate objects, which may take longer than loading them directly. Go ahead?</translation>
     </message>
 </context>
 <context>
@@ -1387,23 +1478,23 @@ Arguments:
     </message>
     <message>
         <source>添加一个或多个文件夹及文件夹下的对象(&amp;D)</source>
-        <translation>Add one or more folders with their contents(&amp;D)</translation>
+        <translation>Add one or more fol&amp;ders with their contents</translation>
     </message>
     <message>
         <source>导入一个带路径的文件名列表文本文件(&amp;F)</source>
-        <translation>Import a list file of full paths(&amp;F)</translation>
+        <translation>Import a list &amp;file of full paths</translation>
     </message>
     <message>
         <source>导出更名方案(&amp;M)</source>
-        <translation>Export rename programme(&amp;M)</translation>
+        <translation>Export rename progra&amp;mme</translation>
     </message>
     <message>
         <source>导入更名方案或快照文件(&amp;I)</source>
-        <translation>Import rename programme or snapshot(&amp;I)</translation>
+        <translation>&amp;Import rename programme or snapshot</translation>
     </message>
     <message>
         <source>导出更名对照列表文件(&amp;E)</source>
-        <translation>Export rename contrast list(&amp;E)</translation>
+        <translation>&amp;Export rename contrast list</translation>
     </message>
     <message>
         <source>退出(&amp;X)</source>
