@@ -10,6 +10,8 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+// The libraries' own version calls; libmagic and libxlsxwriter come into the link with the
+// engine libraries that use them.
 #include <magic.h>
 #include <xlsxwriter.h>
 #include <zlib.h>

@@ -126,7 +126,13 @@ void SingleInstance::readConnection(QLocalSocket* socket)
     });
 }
 
-void SingleInstance::serve(MainWindow* window) { m_window = window; }
+void SingleInstance::serve(MainWindow* window)
+{
+    m_window = window;
+    // Paths that came while the window was being made.
+    if (!m_pending.isEmpty())
+        m_gather.start();
+}
 
 void SingleInstance::deliver()
 {
