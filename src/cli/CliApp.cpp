@@ -8,6 +8,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QRegularExpression>
 #include <algorithm>
 #include <array>
@@ -22,14 +23,38 @@
 #include "core/Session.h"
 #include "core/SettingsKeys.h"
 #include "core/Startup.h"
+#include "core/Translation.h"
 #include "execution/ContrastList.h"
 #include "execution/FileOperations.h"
+#include "execution/ListExport.h"
 #include "execution/Preview.h"
 #include "execution/RenameRunner.h"
 #include "execution/Snapshot.h"
 #include "execution/Undo.h"
 
 namespace qp::cli {
+
+namespace {
+
+QString tr(const char* text) { return QCoreApplication::translate("quillet", text); }
+
+// The help speaks the language the settings choose; the settings file is found before the
+// arguments are parsed, since the option texts are made first.
+std::unique_ptr<QTranslator> installLanguageOf(const QStringList& arguments)
+{
+    QString file;
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        if (arguments[i] == QLatin1String("--settings") && i + 1 < arguments.size())
+            file = arguments[i + 1];
+        else if (arguments[i].startsWith(QLatin1String("--settings=")))
+            file = arguments[i].mid(11);
+    }
+    SettingsStore store;
+    store.load(chooseSettingsFile(file));
+    return installLanguage(chooseLanguage(languageSetting(store), QLocale::system().uiLanguages()).language);
+}
+
+}  // namespace
 
 std::optional<SettingOverride> parseOverride(const QString& text)
 {
@@ -67,6 +92,19 @@ QByteArray rowsAsJson(const RenameList& list)
         });
     }
     return QJsonDocument(rows).toJson(QJsonDocument::Indented);
+}
+
+QString rowsAsCsv(const RenameList& list)
+{
+    TextTable table{{QStringLiteral("state"), QStringLiteral("path"), QStringLiteral("name"), QStringLiteral("ext"),
+                     QStringLiteral("newName"), QStringLiteral("newExt")},
+                    {}};
+    table.rows.reserve(size_t(list.size()));
+    for (const FileEntry& row : list.rows()) {
+        table.rows.push_back({QString::number(row.state), nativeSeparators(row.fullPath()), row.name, row.ext,
+                              row.newName, row.newExt});
+    }
+    return tableAsCsv(table);
 }
 
 namespace {
@@ -145,7 +183,7 @@ private:
     bool m_simple;
 };
 
-enum class Format { Tsv, Json };
+enum class Format { Tsv, Json, Csv };
 
 // Message-log lines go to standard error as they come, except while held: a run that then
 // stops on bad input prints only its one-line reason.
@@ -256,8 +294,9 @@ int CliApp::fail(const QString& message)
 
 int CliApp::run(const QStringList& arguments)
 {
+    const std::unique_ptr<QTranslator> language = installLanguageOf(arguments);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
+    parser.setApplicationDescription(tr(
         "Quillet Pro 批量文件更名的命令行工具 (batch renamer, command line)\n"
         "\n"
         "命令 (commands):\n"
@@ -271,62 +310,62 @@ int CliApp::run(const QStringList& arguments)
         "2 用法或输入错误 (bad usage or input)"));
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
-                                  QStringLiteral("显示帮助 (show this help)"));
-    const QCommandLineOption version(QStringLiteral("version"), QStringLiteral("显示版本 (show the version)"));
+                                  tr("显示帮助 (show this help)"));
+    const QCommandLineOption version(QStringLiteral("version"), tr("显示版本 (show the version)"));
     const QCommandLineOption settings(QStringLiteral("settings"),
-                                      QStringLiteral("使用指定的设置文件 (settings file to use)"), QStringLiteral("FILE"));
+                                      tr("使用指定的设置文件 (settings file to use)"), QStringLiteral("FILE"));
     const QCommandLineOption set(QStringLiteral("set"),
-                                 QStringLiteral("仅本次运行覆盖一个设置项，不保存 (override one setting for this run)"),
+                                 tr("仅本次运行覆盖一个设置项，不保存 (override one setting for this run)"),
                                  QStringLiteral("Section/Key=Value"));
     const QCommandLineOption list(QStringLiteral("list"),
-                                  QStringLiteral("再载入列表文件中的每个完整路径 (also load every path of a list file)"),
+                                  tr("再载入列表文件中的每个完整路径 (also load every path of a list file)"),
                                   QStringLiteral("FILE"));
     const QCommandLineOption commands(QStringLiteral("commands"),
-                                      QStringLiteral("运行该批处理命令文件的命令列表 (run this command file's list)"),
+                                      tr("运行该批处理命令文件的命令列表 (run this command file's list)"),
                                       QStringLiteral("FILE.frc"));
     const QCommandLineOption recursive(QStringLiteral("recursive"),
-                                       QStringLiteral("遍历文件夹 (load everything below the folders)"));
+                                       tr("遍历文件夹 (load everything below the folders)"));
     const QCommandLineOption noFolderRows(QStringLiteral("no-folder-rows"),
-                                          QStringLiteral("不含文件夹名 (no rows for the folders themselves)"));
-    const QCommandLineOption keep(QStringLiteral("keep"), QStringLiteral("只保留符合的对象 (keep masks)"),
+                                          tr("不含文件夹名 (no rows for the folders themselves)"));
+    const QCommandLineOption keep(QStringLiteral("keep"), tr("只保留符合的对象 (keep masks)"),
                                   QStringLiteral("MASKS"));
-    const QCommandLineOption exclude(QStringLiteral("exclude"), QStringLiteral("剔除符合的对象 (exclude masks)"),
+    const QCommandLineOption exclude(QStringLiteral("exclude"), tr("剔除符合的对象 (exclude masks)"),
                                      QStringLiteral("MASKS"));
-    const QCommandLineOption simple(QStringLiteral("simple"), QStringLiteral("使用简单更名 (simple rename)"));
+    const QCommandLineOption simple(QStringLiteral("simple"), tr("使用简单更名 (simple rename)"));
     const QCommandLineOption format(QStringLiteral("format"),
-                                    QStringLiteral("输出格式：tsv（默认）或 json (output format: tsv or json)"),
-                                    QStringLiteral("tsv|json"));
+                                    tr("输出格式：tsv（默认）、json 或 csv (output format: tsv, json or csv)"),
+                                    QStringLiteral("tsv|json|csv"));
     const QCommandLineOption snapshot(QStringLiteral("snapshot"),
-                                      QStringLiteral("从该快照文件撤销 (undo from this snapshot file)"),
+                                      tr("从该快照文件撤销 (undo from this snapshot file)"),
                                       QStringLiteral("FILE"));
     const QCommandLineOption programme(QStringLiteral("programme"),
-                                       QStringLiteral("更名方案文件：导入时读取，导出时写入 (rename programme to import or export)"),
+                                       tr("更名方案文件：导入时读取，导出时写入 (rename programme to import or export)"),
                                        QStringLiteral("FILE"));
     const QCommandLineOption apply(QStringLiteral("apply"),
-                                   QStringLiteral("导入后应用更名 (apply the imported names)"));
+                                   tr("导入后应用更名 (apply the imported names)"));
     const QCommandLineOption contrast(QStringLiteral("contrast"),
-                                      QStringLiteral("导出对比列表 (export the contrast list)"), QStringLiteral("OUT"));
+                                      tr("导出对比列表 (export the contrast list)"), QStringLiteral("OUT"));
     const QCommandLineOption encoding(QStringLiteral("encoding"),
-                                      QStringLiteral("对比列表文本的编码：ansi（默认）、unicode、unicode-be 或 utf8 "
+                                      tr("对比列表文本的编码：ansi（默认）、unicode、unicode-be 或 utf8 "
                                                      "(text encoding of the contrast list)"),
                                       QStringLiteral("ansi|unicode|unicode-be|utf8"));
     const QCommandLineOption separator(QStringLiteral("separator"),
-                                       QStringLiteral("新旧文件名之间使用分隔字符，而不是对齐 (separate the names instead of aligning them)"),
+                                       tr("新旧文件名之间使用分隔字符，而不是对齐 (separate the names instead of aligning them)"),
                                        QStringLiteral("TEXT"));
     const QCommandLineOption withExt(QStringLiteral("with-ext"),
-                                     QStringLiteral("含扩展名一起处理 (names with their extensions)"));
-    const QCommandLineOption sheet(QStringLiteral("sheet"), QStringLiteral("工作表名称 (sheet name)"),
+                                     tr("含扩展名一起处理 (names with their extensions)"));
+    const QCommandLineOption sheet(QStringLiteral("sheet"), tr("工作表名称 (sheet name)"),
                                    QStringLiteral("NAME"));
     const QCommandLineOption oldColumn(QStringLiteral("old-column"),
-                                       QStringLiteral("原文件名列，默认 1 (column of the old names)"), QStringLiteral("N"));
+                                       tr("原文件名列，默认 1 (column of the old names)"), QStringLiteral("N"));
     const QCommandLineOption newColumn(QStringLiteral("new-column"),
-                                       QStringLiteral("新文件名列，默认 2 (column of the new names)"), QStringLiteral("N"));
+                                       tr("新文件名列，默认 2 (column of the new names)"), QStringLiteral("N"));
     parser.addOptions({help, version, settings, set, list, commands, recursive, noFolderRows, keep, exclude, simple,
                        format, snapshot, programme, apply, contrast, encoding, separator, withExt, sheet, oldColumn,
                        newColumn});
     parser.addPositionalArgument(QStringLiteral("COMMAND"),
                                  QStringLiteral("preview | apply | undo | import | export"));
-    parser.addPositionalArgument(QStringLiteral("PATH"), QStringLiteral("要载入的文件或文件夹 (files or folders)"),
+    parser.addPositionalArgument(QStringLiteral("PATH"), tr("要载入的文件或文件夹 (files or folders)"),
                                  QStringLiteral("[PATH...]"));
     if (!parser.parse(arguments))
         return fail(parser.errorText());
@@ -334,10 +373,10 @@ int CliApp::run(const QStringList& arguments)
         // The usage line as this tool is called, and the headings in Chinese as well.
         QString text = parser.helpText();
         text.replace(QRegularExpression(QStringLiteral("^Usage: [^\n]*")),
-                     QStringLiteral("用法 (usage): quillet [--settings FILE] [--set \"Section/Key=Value\"]... "
+                     tr("用法 (usage): quillet [--settings FILE] [--set \"Section/Key=Value\"]... "
                                     "COMMAND [options] [PATH...]"));
-        text.replace(QStringLiteral("\nOptions:\n"), QStringLiteral("\n选项 (options):\n"));
-        text.replace(QStringLiteral("\nArguments:\n"), QStringLiteral("\n参数 (arguments):\n"));
+        text.replace(QStringLiteral("\nOptions:\n"), tr("\n选项 (options):\n"));
+        text.replace(QStringLiteral("\nArguments:\n"), tr("\n参数 (arguments):\n"));
         m_out << text;
         return ExitDone;
     }
@@ -412,8 +451,10 @@ int CliApp::run(const QStringList& arguments)
         const QString value = parser.value(format);
         if (value == QLatin1String("json"))
             o.format = Format::Json;
+        else if (value == QLatin1String("csv"))
+            o.format = Format::Csv;
         else if (value != QLatin1String("tsv"))
-            return fail(QStringLiteral("未知的输出格式：%1（应为 tsv 或 json）").arg(value));
+            return fail(QStringLiteral("未知的输出格式：%1（应为 tsv、json 或 csv）").arg(value));
     }
     if (o.command == QLatin1String("import") && o.programme.isEmpty())
         return fail(QStringLiteral("import 需要 --programme FILE (import needs --programme FILE)"));
@@ -464,6 +505,8 @@ int CliApp::run(const QStringList& arguments)
         if (o.format == Format::Json) {
             m_out.flush();
             m_out << QString::fromUtf8(rowsAsJson(session.renameList()));
+        } else if (o.format == Format::Csv) {
+            m_out << rowsAsCsv(session.renameList());
         } else {
             writeRowsAsTsv(session.renameList(), m_out);
         }

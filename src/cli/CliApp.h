@@ -37,6 +37,8 @@ std::optional<SettingOverride> parseOverride(const QString& text);
 // platform's separators; or one JSON array of objects.
 void writeRowsAsTsv(const RenameList& list, QTextStream& out);
 QByteArray rowsAsJson(const RenameList& list);
+// The JSON objects' fields as CSV with a header line ("--format csv"), CR LF ended.
+QString rowsAsCsv(const RenameList& list);
 
 // Snapshot files are named "AutoSnapshot/[yyyymmddhhmmsszzz]/N.txt": a later run has a
 // greater stamp, and within a run a later apply a greater N. Whether `a` is newer than `b`.

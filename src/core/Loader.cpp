@@ -1,5 +1,6 @@
 #include "core/Loader.h"
 
+#include <QCoreApplication>
 #include <QSet>
 #include <QStringDecoder>
 
@@ -13,12 +14,14 @@ namespace qp {
 
 namespace {
 
-const QString kTitleHint = QStringLiteral("温馨提示");
-const QString kCaptionExpand = QStringLiteral("分析文件结构");
-const QString kCaptionDedupe = QStringLiteral("剔除重复对象");
-const QString kCaptionFilter = QStringLiteral("对象过滤");
-const QString kCaptionAppend = QStringLiteral("载入对象至列表");
-const QString kCaptionTraverse = QStringLiteral("正在遍历各文件夹并剔除重复对象");
+QString tr(const char* text) { return QCoreApplication::translate("Loader", text); }
+
+QString titleHint() { return tr("温馨提示"); }
+QString captionExpand() { return tr("分析文件结构"); }
+QString captionDedupe() { return tr("剔除重复对象"); }
+QString captionFilter() { return tr("对象过滤"); }
+QString captionAppend() { return tr("载入对象至列表"); }
+QString captionTraverse() { return tr("正在遍历各文件夹并剔除重复对象"); }
 
 constexpr qsizetype kLargeList = 10000;
 constexpr qsizetype kPollEvery = 1024;
@@ -29,16 +32,16 @@ constexpr std::uint64_t kLargestListFile = std::uint64_t(1) << 30;
 
 QString pendingImportText()
 {
-    return QStringLiteral("更名文件列表中内容为导入的更名方案文件或快照文件，还未进行处理，继续操作更名方案或快照可能被忽略。继续吗？");
+    return tr("更名文件列表中内容为导入的更名方案文件或快照文件，还未进行处理，继续操作更名方案或快照可能被忽略。继续吗？");
 }
 
 QString largeListText()
 {
     return QStringList{
-        QStringLiteral("文件列表中的对象以及新载入的对象数量均过于庞大，将导致在接下来剔除重复对象操作时间太长。请做出以下选择："),
-        QStringLiteral("自动剔除重复对象，按“是”；"),
-        QStringLiteral("新载入的对象与文件列表不会有重复，直接载入文件列表，按“否”；"),
-        QStringLiteral("取消载入新对象，按“取消”。"),
+        tr("文件列表中的对象以及新载入的对象数量均过于庞大，将导致在接下来剔除重复对象操作时间太长。请做出以下选择："),
+        tr("自动剔除重复对象，按“是”；"),
+        tr("新载入的对象与文件列表不会有重复，直接载入文件列表，按“否”；"),
+        tr("取消载入新对象，按“取消”。"),
     }.join(QLatin1Char('\r'));
 }
 
@@ -190,17 +193,17 @@ LoadResult Loader::addListFile(const QString& listFile)
     rememberPathText();
     const ListFileContent content = readListFile(listFile);
     if (content.unreadable) {
-        m_session.messages().add(QStringLiteral("无法读取列表文件：") + nativeSeparators(listFile) + QStringLiteral("（")
+        m_session.messages().add(tr("无法读取列表文件：") + nativeSeparators(listFile) + QStringLiteral("（")
                                      + content.message + QStringLiteral("）"),
                                  MessageColour::Red);
     }
     if (content.relativeLines > 0) {
-        m_session.messages().add(QStringLiteral("列表文件中有 %1 行不是完整路径，已忽略。").arg(content.relativeLines),
+        m_session.messages().add(tr("列表文件中有 %1 行不是完整路径，已忽略。").arg(content.relativeLines),
                                  MessageColour::Red);
     }
     if (content.undecodableLines > 0) {
         m_session.messages().add(
-            QStringLiteral("列表文件中有 %1 行不是有效的 UTF-8 文本，已忽略。").arg(content.undecodableLines),
+            tr("列表文件中有 %1 行不是有效的 UTF-8 文本，已忽略。").arg(content.undecodableLines),
             MessageColour::Red);
     }
     return run(content.paths);
@@ -223,7 +226,7 @@ bool Loader::confirmPendingImport()
 {
     if (!m_session.pendingImport())
         return true;
-    const Question question{QStringLiteral("load.pendingImport"), kTitleHint, pendingImportText(),
+    const Question question{QStringLiteral("load.pendingImport"), titleHint(), pendingImportText(),
                             Button::Ok | Button::Cancel, Button::Cancel, Icon::Question};
     return m_session.interaction().ask(question) == Button::Ok;
 }
@@ -269,7 +272,7 @@ LoadResult Loader::finish(Candidates candidates, LoadResult result)
 {
     if (result.skipped > kMaxSkipLines) {
         m_session.messages().add(
-            QStringLiteral("另有 %1 个对象因同样的原因被跳过。").arg(result.skipped - kMaxSkipLines),
+            tr("另有 %1 个对象因同样的原因被跳过。").arg(result.skipped - kMaxSkipLines),
             MessageColour::Red);
     }
     if (!removeDuplicates(candidates, result)) {
@@ -278,13 +281,13 @@ LoadResult Loader::finish(Candidates candidates, LoadResult result)
     }
     filter(candidates, result);
     if (candidates.empty()) {
-        m_session.interaction().status(QStringLiteral("未发现新对象！"));
+        m_session.interaction().status(tr("未发现新对象！"));
         result.outcome = LoadResult::Outcome::NothingNew;
         return result;
     }
     appendRows(candidates, result);
     result.outcome = LoadResult::Outcome::Loaded;
-    const QString done = QStringLiteral("对象载入完毕。");
+    const QString done = tr("对象载入完毕。");
     m_session.interaction().status(done);
     m_session.messages().add(done);
     if (!m_session.settings().readBool(keys::kOperation, keys::kAddNewFilesIgnoreCmd, false))
@@ -295,19 +298,19 @@ LoadResult Loader::finish(Candidates candidates, LoadResult result)
 bool Loader::gather(const QStringList& paths, Candidates& out, LoadResult& result)
 {
     for (qsizetype i = 0; i < paths.size(); ++i) {
-        if (!tick(i, paths.size(), kCaptionExpand))
+        if (!tick(i, paths.size(), captionExpand()))
             return false;
         const QString& path = paths[i];
         const auto info = path.contains(QChar(0)) ? std::nullopt : platform::stat(toPlatformPath(path));
         if (!info) {
-            reportSkipped(QStringLiteral("对象不存在：") + nativeSeparators(path), result);
+            reportSkipped(tr("对象不存在：") + nativeSeparators(path), result);
             continue;
         }
         if (!info->isFolder || (m_folderRows && !isRootPath(path))) {
             const PathParts parts = splitPath(path);
             out.rows.push_back(m_rowMaker.make(parts.folder, parts.fileName, *info));
         }
-        if (info->isFolder && m_recursive && !expandFolder(path, out, result, kCaptionExpand))
+        if (info->isFolder && m_recursive && !expandFolder(path, out, result, captionExpand()))
             return false;
     }
     return true;
@@ -343,8 +346,8 @@ bool Loader::expandFolder(const QString& folder, Candidates& out, LoadResult& re
     };
     events.problem = [&](platform::WalkProblem problem, platform::PathView what) {
         const QString shown = nativeSeparators(fromPlatformPath(what));
-        reportSkipped(problem == platform::WalkProblem::Unreadable ? QStringLiteral("无法读取文件夹：") + shown
-                                                                   : QStringLiteral("文件名编码无法识别，已跳过：") + shown,
+        reportSkipped(problem == platform::WalkProblem::Unreadable ? tr("无法读取文件夹：") + shown
+                                                                   : tr("文件名编码无法识别，已跳过：") + shown,
                       result);
     };
     return platform::walk(toPlatformPath(folder), true, events);
@@ -354,7 +357,7 @@ bool Loader::removeDuplicates(Candidates& candidates, LoadResult& result)
 {
     Interaction& ui = m_session.interaction();
     RenameList& list = m_session.renameList();
-    ui.progress(kCaptionDedupe, 0);
+    ui.progress(captionDedupe(), 0);
     result.vanishedRows = list.removeIf([](FileEntry& row) {
         row.state = StateLoaded;
         return !platform::exists(toPlatformPath(row.fullPath()));
@@ -362,10 +365,10 @@ bool Loader::removeDuplicates(Candidates& candidates, LoadResult& result)
 
     bool dedupe = true;
     if (list.knownCount() > kLargeList && qsizetype(candidates.size()) > kLargeList) {
-        const Question first{QStringLiteral("load.largeListDedupe"), kTitleHint, largeListText(),
+        const Question first{QStringLiteral("load.largeListDedupe"), titleHint(), largeListText(),
                              Button::Yes | Button::No | Button::Cancel, Button::Yes, Icon::Question};
-        const Question confirm{QStringLiteral("load.largeListNoDedupe"), QStringLiteral("警告"),
-                               QStringLiteral("您选择了新载入的对象不剔除重复而直接载入文件列表。如文件列表中存在重复对象将导致更名时出现错误，继续吗？"),
+        const Question confirm{QStringLiteral("load.largeListNoDedupe"), tr("警告"),
+                               tr("您选择了新载入的对象不剔除重复而直接载入文件列表。如文件列表中存在重复对象将导致更名时出现错误，继续吗？"),
                                Button::Ok | Button::Cancel, Button::Cancel, Icon::Warning};
         for (;;) {
             const Button answer = ui.ask(first);
@@ -390,7 +393,7 @@ void Loader::filter(Candidates& candidates, LoadResult& result)
     const NameFilter nameFilter(m_session.keepText, m_session.excludeText);
     if (nameFilter.keepsEverything())
         return;
-    m_session.interaction().progress(kCaptionFilter, 0);
+    m_session.interaction().progress(captionFilter(), 0);
     const qsizetype before = candidates.size();
     std::vector<FileEntry> kept;
     std::vector<QString> keptKeys;
@@ -411,9 +414,9 @@ void Loader::filter(Candidates& candidates, LoadResult& result)
 void Loader::appendRows(Candidates& candidates, LoadResult& result)
 {
     result.added = candidates.size();
-    m_session.interaction().progress(kCaptionAppend, 0);
+    m_session.interaction().progress(captionAppend(), 0);
     m_session.renameList().appendAll(std::move(candidates.rows), std::move(candidates.keys));
-    m_session.interaction().progress(kCaptionAppend, 100);
+    m_session.interaction().progress(captionAppend(), 100);
 }
 
 LoadResult Loader::traverseList()
@@ -430,14 +433,14 @@ LoadResult Loader::traverseList()
     }
     Interaction& ui = m_session.interaction();
     if (folders.isEmpty()) {
-        ui.notify(Notice{QStringLiteral("load.noFolderToTraverse"), kTitleHint,
-                         QStringLiteral("更名文件列表中未发现文件夹，无需遍历。"), Icon::Information});
+        ui.notify(Notice{QStringLiteral("load.noFolderToTraverse"), titleHint(),
+                         tr("更名文件列表中未发现文件夹，无需遍历。"), Icon::Information});
         return result;
     }
     if (folders.size() >= 2) {
         const Question question{
-            QStringLiteral("load.traverseManyFolders"), kTitleHint,
-            QStringLiteral("更名文件列表中发现 2 个或以上的文件夹，分别遍历这些文件夹时须剔除重复对象，视实际情况而定可能会比直接遍历载入方式花更长的处理时间。是否继续？"),
+            QStringLiteral("load.traverseManyFolders"), titleHint(),
+            tr("更名文件列表中发现 2 个或以上的文件夹，分别遍历这些文件夹时须剔除重复对象，视实际情况而定可能会比直接遍历载入方式花更长的处理时间。是否继续？"),
             Button::Yes | Button::No, Button::Yes, Icon::Question};
         if (ui.ask(question) != Button::Yes) {
             result.outcome = LoadResult::Outcome::Cancelled;
@@ -455,7 +458,7 @@ LoadResult Loader::traverseList()
     Candidates candidates;
     m_severalSources = folders.size() > 1;
     for (const QString& folder : folders) {
-        if (!expandFolder(folder, candidates, result, kCaptionTraverse)) {
+        if (!expandFolder(folder, candidates, result, captionTraverse())) {
             result.outcome = LoadResult::Outcome::Cancelled;
             return result;
         }
@@ -469,7 +472,7 @@ qsizetype Loader::filterList()
     if (nameFilter.keepsEverything())
         return 0;
     BusyScope busy(m_session.interaction());
-    m_session.interaction().progress(kCaptionFilter, 0);
+    m_session.interaction().progress(captionFilter(), 0);
     return m_session.renameList().removeIf(
         [&](const FileEntry& row) { return !nameFilter.passes(row.path, row.fileName(), row.isFolder); });
 }

@@ -1,16 +1,14 @@
 #include "execution/ContrastList.h"
 
 #include <QCoreApplication>
-#include <QRandomGenerator>
 #include <QStringEncoder>
 #include <algorithm>
-
-#include <xlsxwriter.h>
 
 #include "core/PathText.h"
 #include "core/RenameList.h"
 #include "execution/FileOperations.h"
 #include "execution/XlsWorkbook.h"
+#include "execution/XlsxFile.h"
 #include "platform/TextEncoding.h"
 
 namespace qp {
@@ -27,7 +25,6 @@ QString cannotWrite(const QString& path, const QString& reason)
 }
 
 constexpr int kColumnGap = 4;  // blanks between the old-name column and the new names
-constexpr qsizetype kXlsxMaxRows = 1048576;
 
 struct WideRange {
     char32_t first;
@@ -112,42 +109,13 @@ bool writeXls(const std::vector<ContrastRow>& rows, const ContrastOptions& optio
     return false;
 }
 
-// libxlsxwriter writes to a file of its own; it gets a temporary one beside the target,
-// whose bytes then replace the target whole.
 bool writeXlsx(const std::vector<ContrastRow>& rows, const ContrastOptions& options, const QString& path,
                FileOperations& disk, QString* error)
 {
-    const QString temporary = path + QStringLiteral(".~%1.tmp").arg(QRandomGenerator::global()->generate(), 8, 16, QLatin1Char('0'));
-    const std::optional<std::string> nativeTemporary = platform::toUtf8Path(toPlatformPath(temporary));
-    lxw_workbook* workbook = nativeTemporary ? workbook_new(nativeTemporary->c_str()) : nullptr;
-    if (!workbook) {
-        *error = cannotWrite(path, tr("无法创建临时文件"));
-        return false;
-    }
-    QByteArray title = defaultSheetName().toUtf8();
-    QByteArray author = QByteArrayLiteral("Quillet Pro");
-    lxw_doc_properties properties{};
-    properties.title = title.data();
-    properties.author = author.data();
-    workbook_set_properties(workbook, &properties);
-    const int oldColumn = std::max(options.oldColumn, 1) - 1;
-    const int newColumn = options.newColumn == options.oldColumn ? oldColumn + 1 : std::max(options.newColumn, 1) - 1;
-    for (const SheetRows& sheet : splitIntoSheets(qsizetype(rows.size()), kXlsxMaxRows, options.sheetName)) {
-        lxw_worksheet* worksheet = workbook_add_worksheet(workbook, sheet.name.toUtf8().constData());
-        for (qsizetype i = 0; worksheet && i < sheet.count; ++i) {
-            const ContrastRow& row = rows[size_t(sheet.first + i)];
-            worksheet_write_string(worksheet, lxw_row_t(i), lxw_col_t(oldColumn), row.oldName.toUtf8().constData(), nullptr);
-            worksheet_write_string(worksheet, lxw_row_t(i), lxw_col_t(newColumn), row.newName.toUtf8().constData(), nullptr);
-        }
-    }
-    const lxw_error closed = workbook_close(workbook);
-    const std::optional<QByteArray> bytes = closed == LXW_NO_ERROR ? disk.readFile(temporary) : std::nullopt;
-    disk.removeFile(temporary);
-    QString reason = QString::fromUtf8(lxw_strerror(closed));
-    if (bytes && disk.writeFileAtomically(path, *bytes, &reason))
-        return true;
-    *error = cannotWrite(path, reason);
-    return false;
+    std::vector<Worksheet> sheets;
+    for (const SheetRows& sheet : splitIntoSheets(qsizetype(rows.size()), kXlsxMaxRows, options.sheetName))
+        sheets.push_back({sheet.name, sheetCells(rows, sheet, options.oldColumn, options.newColumn)});
+    return writeXlsxFile(sheets, defaultSheetName(), path, disk, error);
 }
 
 }  // namespace

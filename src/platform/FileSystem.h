@@ -197,6 +197,10 @@ private:
 // Deletes a file (never a folder). True when it is gone afterwards.
 bool removeFile(PathView path);
 
+// Lets whoever may read a file also run it (desktop menus on Linux run only files marked
+// so); true where files need no such mark.
+bool setExecutable(PathView path);
+
 // A file opened for appending, as a journal is written: every append is handed to the OS
 // at once, so what was appended survives the program being killed.
 class AppendFile {

@@ -923,6 +923,16 @@ bool removeFile(PathView path)
     return ::unlink(bytes->c_str()) == 0;
 }
 
+bool setExecutable(PathView path)
+{
+    const auto bytes = toUtf8Path(path);
+    struct stat st;
+    if (!bytes || ::stat(bytes->c_str(), &st) != 0) return false;
+    // Execute where read is allowed: u+x for r--, and so on for group and others.
+    const mode_t readable = st.st_mode & (S_IRUSR | S_IRGRP | S_IROTH);
+    return ::chmod(bytes->c_str(), (st.st_mode & 07777) | (readable >> 2)) == 0;
+}
+
 bool AppendFile::open(PathView path)
 {
     close();

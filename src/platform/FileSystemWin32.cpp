@@ -12,6 +12,7 @@
 #include <windows.h>
 
 #include "platform/FileSystem.h"
+#include "platform/Win32Errors.h"
 
 #include <algorithm>
 #include <atomic>
@@ -83,6 +84,8 @@ Path fromWin32(const wchar_t* text, std::size_t length)
     return out;
 }
 
+}  // namespace
+
 std::string errorText(DWORD error)
 {
     wchar_t* buffer = nullptr;
@@ -101,6 +104,8 @@ std::string errorText(DWORD error)
     if (buffer) LocalFree(buffer);
     return text;
 }
+
+namespace {
 
 FileTime toFileTime(const FILETIME& t)
 {
@@ -662,6 +667,8 @@ bool removeFile(PathView path)
     if (attributes & FILE_ATTRIBUTE_DIRECTORY) return false;
     return DeleteFileW(wide(target)) != 0;
 }
+
+bool setExecutable(PathView path) { return isFile(path); }
 
 bool AppendFile::open(PathView path)
 {

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <map>
 
 #include "../support/Spreadsheet.h"
@@ -129,6 +130,12 @@ TEST_F(CliBinary, PreviewPrintsOneRowPerObjectInTsvAndJson)
     EXPECT_EQ(row.value("ext").toString(), ".txt");
     EXPECT_EQ(row.value("newName").toString(), "a");
     EXPECT_EQ(row.value("newExt").toString(), ".txt");
+
+    tree.file("d/x, \"y\".txt", "x");
+    const Outcome csv = run({"preview", "--format", "csv", tree.path("d/x, \"y\".txt")});
+    ASSERT_EQ(csv.code, 0) << csv.err.toStdString();
+    EXPECT_EQ(csv.out, "state,path,name,ext,newName,newExt\r\n1,\"" + nativeSeparators(tree.path("d/x, \"\"y\"\".txt"))
+                           + "\",\"x, \"\"y\"\"\",.txt,\"x, \"\"y\"\"\",.txt\r\n");
 }
 
 // Renames that block each other, applied from an imported programme and undone again,
@@ -317,6 +324,16 @@ TEST_F(CliBinary, ExitCodes)
     const Outcome help = run({"--help"});
     for (const char* word : {"--recursive", "遍历文件夹", "--no-folder-rows", "含文件夹名", "--simple", "简单更名"})
         EXPECT_TRUE(help.out.contains(QString::fromUtf8(word))) << word;
+}
+
+// "--help" speaks the language the settings file chooses.
+TEST_F(CliBinary, HelpSpeaksTheLanguageOfTheSettings)
+{
+    tree.file("conf/QuilletPro.ini", "[Interface Config]\r\nLanguage=en\r\n");
+    const Outcome help = run({"--help"});
+    EXPECT_TRUE(help.out.startsWith("Usage: quillet")) << help.out.toStdString();
+    EXPECT_TRUE(help.out.contains("load everything below the folders"));
+    EXPECT_FALSE(help.out.contains(QRegularExpression(QStringLiteral("[\\x{4e00}-\\x{9fff}]")))) << help.out.toStdString();
 }
 
 }  // namespace

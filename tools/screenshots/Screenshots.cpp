@@ -11,6 +11,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -23,7 +24,11 @@
 #include "core/SettingsKeys.h"
 #include "execution/Preview.h"
 #include "expressions/MetaVariables.h"
+#include "core/Translation.h"
+#include "ui/dialogs/AboutForm.h"
 #include "ui/dialogs/ApplyForms.h"
+#include "ui/dialogs/FilterForm.h"
+#include "ui/dialogs/WelcomeForm.h"
 #include "ui/dialogs/ConfigForm.h"
 #include "ui/dialogs/UserMetaVariableForms.h"
 #include "ui/dialogs/FileDialogs.h"
@@ -178,6 +183,19 @@ int main(int argc, char* argv[])
     TViewUVUSERForm viewer(window.session(), &window);
     save(viewer, QStringLiteral("dialog-TViewUVUSERForm"));
 
+    // The application shell: the filter tool (with a pattern typed), the welcome page and
+    // the about box.
+    {
+        TFilterForm filter(window.session(), &window);
+        filter.patternBox()->setText(QStringLiteral("IMG_*.jpg"));
+        filter.countNow();
+        save(filter, QStringLiteral("dialog-TFilterForm"));
+        TWelcomeForm welcome(window.session().settings(), &window);
+        save(welcome, QStringLiteral("dialog-TWelcomeForm"));
+        TAboutForm about(QStringLiteral(QP_NOTICE_FILE), &window);
+        save(about, QStringLiteral("dialog-TAboutForm"));
+    }
+
     // The dialogs of a real apply and undo, in the order they come.
     window.setModalRunner(grabAndAnswer);
     window.action(QStringLiteral("MMenuGoRename"))->trigger();
@@ -185,6 +203,23 @@ int main(int argc, char* argv[])
     window.action(QStringLiteral("MMenuGoExportSnapshot"))->trigger();
     window.action(QStringLiteral("MMenuFileExportContrast"))->trigger();
     window.action(QStringLiteral("MMenuGoBack"))->trigger();
+
+    // The same window in English.
+    {
+        const std::unique_ptr<QTranslator> english = installLanguage(Language::English);
+        SettingsStore englishStore;
+        englishStore.setFileName(temp.path() + QStringLiteral("/cfg-en/QuilletPro.ini"));
+        englishStore.writeBool(keys::kOperation, keys::kFlagFindDeepin, true);
+        MainWindow englishWindow(std::move(englishStore), QStringLiteral("[20240305140709124]"));
+        registerCommandFamilies(englishWindow.session().pipeline().registry());
+        englishWindow.resize(1280, 800);
+        englishWindow.show();
+        englishWindow.loadBar()->pathBox()->setEditText(QDir::toNativeSeparators(samples));
+        englishWindow.loadPaths({samples});
+        recordExtension(englishWindow, QStringLiteral("E402"), {});
+        englishWindow.session().interaction().status(QCoreApplication::translate("Pipeline", "命令执行完毕。"));
+        save(englishWindow, QStringLiteral("main-window-en"));
+    }
 
     return g_written > 0 ? 0 : 1;
 }

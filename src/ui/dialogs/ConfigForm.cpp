@@ -107,6 +107,8 @@ struct TConfigForm::Option {
         if (auto* spin = qobject_cast<QSpinBox*>(widget))
             return spin->value();
         if (auto* list = qobject_cast<QComboBox*>(widget)) {
+            if (defaultValue.typeId() == QMetaType::QString)
+                return list->currentData().toString();
             const int value = list->currentData().toInt();
             return defaultValue.typeId() == QMetaType::Bool ? QVariant(value != 0) : QVariant(value);
         }
@@ -119,6 +121,8 @@ struct TConfigForm::Option {
             check->setChecked(value.toBool());
         } else if (auto* spin = qobject_cast<QSpinBox*>(widget)) {
             spin->setValue(value.toInt());
+        } else if (auto* list = qobject_cast<QComboBox*>(widget); list && defaultValue.typeId() == QMetaType::QString) {
+            list->setCurrentIndex(std::max(0, list->findData(value.toString())));
         } else if (auto* list = qobject_cast<QComboBox*>(widget)) {
             const int number = normalise ? normalise(value.toLongLong()) : value.toInt();
             list->setCurrentIndex(std::max(0, list->findData(number)));
@@ -310,6 +314,14 @@ QWidget* TConfigForm::buildGeneralTab()
     windowLayout->addWidget(bind(new QCheckBox(tr("显示实际图标"), window), kInterface, kShowTrueIcon, false));
     auto* history = bind(spinBox(1, kMostHistoryEntries, window), kOperation, kHistorySize, kDefaultHistorySize);
     windowLayout->addLayout(row({new QLabel(tr("下拉框保存的历史记录数："), window), history}));
+
+    // The language of the window; the program reads it when it starts.
+    auto* language = new QComboBox(window);
+    language->addItem(tr("跟随系统"), QString());
+    language->addItem(QStringLiteral("中文"), QStringLiteral("zh_CN"));
+    language->addItem(QStringLiteral("English"), QStringLiteral("en"));
+    bind(language, kInterface, QStringLiteral("Language"), QString());
+    windowLayout->addLayout(row({new QLabel(tr("界面语言："), window), language, new QLabel(tr("（重新启动后生效）"), window)}));
 
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(ignore);

@@ -1,5 +1,6 @@
 #include "ui/pages/FrameFileRenameNormal.h"
 
+#include <QCoreApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
@@ -35,7 +36,6 @@ namespace qp::ui {
 
 namespace {
 
-const QString kPresetPrompt = QStringLiteral("请选择预设字符集");
 
 // An option, then the two texts that bound a string on its left and right ("左 … 右 …"). The
 // boxes are short at least and share the width the row leaves.
@@ -201,8 +201,11 @@ void TFrameFileRenameNormal::buildN3(PageSection& g)
 
     auto* presets = new CheckListComboBox(g.box);
     presets->setObjectName(QStringLiteral("ComboBoxN3FixedCharset"));
-    presets->setItems(presetCharsetNames());
-    presets->setPrompt(kPresetPrompt);
+    QStringList shownPresets;
+    for (const QString& name : presetCharsetNames())
+        shownPresets.append(QCoreApplication::translate("CharacterSets", name.toUtf8().constData()));
+    presets->setItems(presetCharsetNames(), shownPresets);
+    presets->setPrompt(tr("请选择预设字符集"));
     // With none chosen this stores the prompt, which the command reads as "no preset set".
     g.writers.push_back([presets](SettingsStore& s, const QString& section) {
         s.writeString(section, QStringLiteral("N3_FixedCharsetString"), joinPresetCharsets(presets->checkedItems()));

@@ -28,13 +28,15 @@ CheckListComboBox::CheckListComboBox(QWidget* parent)
     view()->installEventFilter(this);
 }
 
-void CheckListComboBox::setItems(const QStringList& items)
+void CheckListComboBox::setItems(const QStringList& items, const QStringList& shown)
 {
     m_model->clear();
     int widest = 0;
-    for (const QString& text : items) {
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const QString text = i < shown.size() ? shown[i] : items[i];
         widest = std::max(widest, view()->fontMetrics().horizontalAdvance(text));
         auto* item = new QStandardItem(text);
+        item->setData(items[i], Qt::UserRole);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsUserCheckable);
         item->setData(Qt::Unchecked, Qt::CheckStateRole);
         m_model->appendRow(item);
@@ -56,7 +58,7 @@ QStringList CheckListComboBox::checkedItems() const
     for (int row = 0; row < m_model->rowCount(); ++row) {
         const QStandardItem* item = m_model->item(row);
         if (item->checkState() == Qt::Checked)
-            checked.append(item->text());
+            checked.append(item->data(Qt::UserRole).toString());
     }
     return checked;
 }
@@ -65,14 +67,18 @@ void CheckListComboBox::setCheckedItems(const QStringList& items)
 {
     for (int row = 0; row < m_model->rowCount(); ++row) {
         QStandardItem* item = m_model->item(row);
-        item->setCheckState(items.contains(item->text()) ? Qt::Checked : Qt::Unchecked);
+        item->setCheckState(items.contains(item->data(Qt::UserRole).toString()) ? Qt::Checked : Qt::Unchecked);
     }
     update();
 }
 
 QString CheckListComboBox::displayText() const
 {
-    const QStringList checked = checkedItems();
+    QStringList checked;
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        if (m_model->item(row)->checkState() == Qt::Checked)
+            checked.append(m_model->item(row)->text());
+    }
     return checked.isEmpty() ? m_prompt : checked.join(QStringLiteral("; "));
 }
 

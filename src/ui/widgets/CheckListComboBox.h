@@ -15,11 +15,12 @@ class CheckListComboBox : public QComboBox {
 public:
     explicit CheckListComboBox(QWidget* parent = nullptr);
 
-    void setItems(const QStringList& items);
+    // `items` are the entries as stored; `shown`, when given, what the list shows for each.
+    void setItems(const QStringList& items, const QStringList& shown = {});
     void setPrompt(const QString& prompt);
     QString prompt() const { return m_prompt; }
 
-    // The checked entries in list order.
+    // The checked entries in list order, as stored.
     QStringList checkedItems() const;
     // Checks exactly these entries (unknown names are ignored), without announcing it.
     void setCheckedItems(const QStringList& items);

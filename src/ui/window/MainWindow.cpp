@@ -122,6 +122,7 @@ MainWindow::MainWindow(SettingsStore settings, QString runStamp, QWidget* parent
         guarded([this] { m_session.runAllCommands(); });
     });
 
+    buildShellActions();
     syncOptionsFromSettings();
     updateActions();
 }
@@ -341,6 +342,7 @@ void MainWindow::buildActions()
 void MainWindow::buildMenus()
 {
     QMenu* file = menuBar()->addMenu(tr("文件(&F)"));
+    file->setObjectName(QStringLiteral("MMenuFile"));
     file->addAction(action(QStringLiteral("MMenuFileAddFiles")));
     file->addAction(action(QStringLiteral("MMenuFileAddFolder")));
     file->addAction(action(QStringLiteral("MMenuFileAddFileListFile")));
@@ -507,6 +509,7 @@ void MainWindow::updateActions()
     action(QStringLiteral("MMenuGoExportSnapshot"))->setEnabled(m_session.applyCounter() > 0);
     action(QStringLiteral("MMenuSetClearHistory"))->setEnabled(m_panel->hasHistories());
     m_rowCount->setText(tr("更名文件列表对象 %1 个").arg(m_session.renameList().size()));
+    updateShellActions();
 }
 
 void MainWindow::setControlsEnabled(bool enabled)

@@ -34,6 +34,8 @@ class CommandListModel;
 class FunctionPanel;
 class LoadBar;
 class MessageModel;
+class UpdateChecker;
+struct UpdateCheckResult;
 class RenameListModel;
 
 class MainWindow : public QMainWindow {
@@ -60,6 +62,13 @@ public:
 
     // Objects dropped on the list or named on the command line: '/'-separated full paths.
     void loadPaths(const QStringList& paths);
+
+    // Whether an operation is running, so that another cannot start now.
+    bool busy() const { return m_running || m_interaction.busy(); }
+    // After the window is shown (MainWindowShell.cpp): the welcome page when it is due, then
+    // the automatic update check when it is on and due.
+    void startShell();
+    UpdateChecker* updateChecker() const { return m_updateChecker; }
 
 public slots:
     // A function page recorded, changed or removed a command: the command grid and the new
@@ -152,6 +161,22 @@ private:
     void sortByColumn(int column);
     void showLinkedRow(const QModelIndex& message);
     void commandChosen(const QModelIndex& index);
+    // The application shell (MainWindowShell.cpp): the filter tool, the list exports, the
+    // help menu (welcome page, update check, file-manager menu, about).
+    void buildShellActions();
+    void updateShellActions();
+    void openFilterTool();
+    void exportRenameList(bool chosenOnly);
+    void exportAllRows() { exportRenameList(false); }
+    void exportChosenRows() { exportRenameList(true); }
+    void exportMessages();
+    void showWelcome();
+    void showAbout();
+    void checkForUpdatesNow() { checkForUpdates(true); }
+    void checkForUpdates(bool manual);
+    void updateCheckFinished(const UpdateCheckResult& result);
+    void addToFileManager();
+    void removeFromFileManager();
 
     GuiInteraction m_interaction;
     Session m_session;
@@ -173,6 +198,9 @@ private:
     QCheckBox* m_autoPreview = nullptr;
     QCheckBox* m_previewFirst = nullptr;
     QLineEdit* m_previewCount = nullptr;
+
+    UpdateChecker* m_updateChecker = nullptr;
+    bool m_manualUpdateCheck = false;
 
     QHash<QString, QAction*> m_actions;
     QTimer m_saveTimer;
