@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/PathText.h"
 #include "script/PascalScript.h"
 
 namespace qp::pascal {
@@ -54,23 +55,8 @@ QString trimmed(const QString& s, bool left, bool right)
     return s.mid(from, to - from);
 }
 
-bool isSeparator(QChar c)
-{
-#ifdef _WIN32
-    return c == u'/' || c == u'\\' || c == u':';
-#else
-    return c == u'/';
-#endif
-}
-
-qsizetype lastSeparator(const QString& path)
-{
-    for (qsizetype i = path.size() - 1; i >= 0; --i) {
-        if (isSeparator(path[i]))
-            return i;
-    }
-    return -1;
-}
+// The paths a script sees use the platform's separators; on Linux a backslash is part of a name.
+qsizetype lastSeparator(const QString& path) { return internalSeparators(path).lastIndexOf(u'/'); }
 
 // The dot that starts the extension, -1 when the name part has none.
 qsizetype extensionDot(const QString& path)
@@ -673,8 +659,10 @@ void addDateNatives(NativeTable& t)
         {"SecondOf", [](const QDateTime& d) { return d.time().second(); }},
         {"DayOfWeek", [](const QDateTime& d) { return d.date().dayOfWeek() % 7 + 1; }},  // Sunday is 1
     };
-    for (const auto& [name, part] : parts)
-        t.push_back({name, "I:D", [part](Machine&, Value* a, int) { return num(part(dateTimeOf(a[0].d))); }});
+    for (const auto& entry : parts) {
+        const auto part = entry.second;
+        t.push_back({entry.first, "I:D", [part](Machine&, Value* a, int) { return num(part(dateTimeOf(a[0].d))); }});
+    }
 }
 
 }  // namespace

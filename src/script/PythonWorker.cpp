@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QProcess>
 
+#include "platform/Programs.h"
+
 namespace qp::python {
 
 namespace {
@@ -290,11 +292,14 @@ QList<QStringList> interpreterCandidates(const QString& configured)
 {
     if (!configured.trimmed().isEmpty())
         return {{configured.trimmed()}};
-#ifdef _WIN32
-    return {{QStringLiteral("py"), QStringLiteral("-3")}, {QStringLiteral("python")}};
-#else
-    return {{QStringLiteral("python3")}};
-#endif
+    QList<QStringList> candidates;
+    for (const std::vector<std::u16string>& command : platform::pythonCommands()) {
+        QStringList words;
+        for (const std::u16string& word : command)
+            words.append(QString::fromStdU16String(word));
+        candidates.append(words);
+    }
+    return candidates;
 }
 
 QByteArray requestJson(const QString& script, const std::vector<Row>& rows)
