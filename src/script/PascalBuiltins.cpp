@@ -160,7 +160,7 @@ public:
                 ++i;
                 continue;
             }
-            i = spec(i + 1, out);
+            i = directive(i + 1, out);
         }
         return out;
     }
@@ -177,7 +177,7 @@ private:
     }
 
     // One "%[-][width][.precision]type"; returns the position of its type letter.
-    qsizetype spec(qsizetype i, QString& out)
+    qsizetype directive(qsizetype i, QString& out)
     {
         const bool leftAlign = i < m_format.size() && m_format[i] == u'-';
         if (leftAlign)
