@@ -360,9 +360,11 @@ int CliApp::run(const QStringList& arguments)
                                        tr("原文件名列，默认 1 (column of the old names)"), QStringLiteral("N"));
     const QCommandLineOption newColumn(QStringLiteral("new-column"),
                                        tr("新文件名列，默认 2 (column of the new names)"), QStringLiteral("N"));
+    const QCommandLineOption allowScripts(QStringLiteral("allow-scripts"),
+                                          tr("运行命令列表中的 Pascal 和 Python 脚本 (run the scripts of the command list)"));
     parser.addOptions({help, version, settings, set, list, commands, recursive, noFolderRows, keep, exclude, simple,
                        format, snapshot, programme, apply, contrast, encoding, separator, withExt, sheet, oldColumn,
-                       newColumn});
+                       newColumn, allowScripts});
     parser.addPositionalArgument(QStringLiteral("COMMAND"),
                                  QStringLiteral("preview | apply | undo | import | export"));
     parser.addPositionalArgument(QStringLiteral("PATH"), tr("要载入的文件或文件夹 (files or folders)"),
@@ -403,7 +405,7 @@ int CliApp::run(const QStringList& arguments)
         bool paths;
         QList<const QCommandLineOption*> options;
     };
-    const QList<const QCommandLineOption*> loading{&list, &commands, &recursive, &noFolderRows, &keep, &exclude};
+    const QList<const QCommandLineOption*> loading{&list, &commands, &recursive, &noFolderRows, &keep, &exclude, &allowScripts};
     const Allowed table[] = {
         {"preview", true, loading + QList<const QCommandLineOption*>{&simple, &format}},
         {"apply", true, loading + QList<const QCommandLineOption*>{&simple, &format}},
@@ -422,7 +424,7 @@ int CliApp::run(const QStringList& arguments)
         return fail(QStringLiteral("未知的命令：") + o.command);
     for (const QCommandLineOption* option :
          {&list, &commands, &recursive, &noFolderRows, &keep, &exclude, &simple, &format, &snapshot, &programme, &apply,
-          &contrast, &encoding, &separator, &withExt, &sheet, &oldColumn, &newColumn}) {
+          &contrast, &encoding, &separator, &withExt, &sheet, &oldColumn, &newColumn, &allowScripts}) {
         if (parser.isSet(*option) && !allowed->options.contains(option))
             return fail(QStringLiteral("命令 %1 不接受选项 --%2").arg(o.command, option->names().constLast()));
     }
@@ -488,6 +490,9 @@ int CliApp::run(const QStringList& arguments)
     ScriptedInteraction interaction(ScriptedInteraction::Policy::Affirmative);
     Session session(std::move(store), interaction, makeRunStamp(QDateTime::currentDateTime()));
     session.setSettingsReadOnly(true);
+    // Nobody is there to ask whether a script may run: it runs when the caller said so.
+    session.scriptPermission = parser.isSet(allowScripts) ? Session::ScriptPermission::AllowAll
+                                                          : Session::ScriptPermission::DenyAll;
     // Tests hand in the families they want; a run without a registrar gets the built-in ones.
     if (m_registrar)
         m_registrar(session.pipeline().registry());

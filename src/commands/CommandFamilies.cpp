@@ -3,6 +3,7 @@
 #include "commands/AdvancedCommands.h"
 #include "commands/ExtensionCommands.h"
 #include "commands/NormalCommands.h"
+#include "commands/ScriptCommands.h"
 
 namespace qp {
 
@@ -11,6 +12,7 @@ void registerCommandFamilies(CommandRegistry& registry)
     registerNormalCommands(registry);
     registerExtensionCommands(registry);
     registerAdvancedCommands(registry);
+    scriptcommands::registerScriptCommands(registry);
 }
 
 }  // namespace qp

@@ -3,6 +3,7 @@
 #define PCRE2_CODE_UNIT_WIDTH 16
 #include <pcre2.h>
 
+#include <QCoreApplication>
 #include <QList>
 
 namespace qp {
@@ -73,6 +74,10 @@ RegexSubstitution::Outcome RegexSubstitution::replaceAll(const QString& subject,
             result = rc == 0 ? subject : QString(output.constData(), qsizetype(length));
             return Outcome::Done;
         }
+        if (rc == PCRE2_ERROR_NOMEMORY && m_lengthLimit >= 0 && length > PCRE2_SIZE(m_lengthLimit)) {
+            m_lastError = QCoreApplication::translate("RegexSubstitution", "替换结果超过 %1 个字符").arg(m_lengthLimit);
+            return Outcome::FailedForSubject;
+        }
         if (rc != PCRE2_ERROR_NOMEMORY) {
             m_lastError = errorText(rc);
             const bool badReplacement = rc == PCRE2_ERROR_BADREPLACEMENT || rc == PCRE2_ERROR_BADREPESCAPE
@@ -83,6 +88,30 @@ RegexSubstitution::Outcome RegexSubstitution::replaceAll(const QString& subject,
     }
     m_lastError = errorText(PCRE2_ERROR_NOMEMORY);
     return Outcome::FailedForSubject;
+}
+
+bool RegexSubstitution::firstMatchGroups(const QString& subject, QStringList& groups)
+{
+    groups.clear();
+    if (!m_engine) {
+        m_lastError = m_compileError;
+        return false;
+    }
+    pcre2_match_data* match = m_engine->match.get();
+    const int rc = pcre2_match(m_engine->code.get(), units(subject), PCRE2_SIZE(subject.size()), 0, 0, match, nullptr);
+    if (rc < 0) {
+        m_lastError = rc == PCRE2_ERROR_NOMATCH ? QString() : errorText(rc);
+        return false;
+    }
+    uint32_t count = 0;
+    pcre2_pattern_info(m_engine->code.get(), PCRE2_INFO_CAPTURECOUNT, &count);
+    const PCRE2_SIZE* offsets = pcre2_get_ovector_pointer(match);
+    for (uint32_t i = 1; i <= count; ++i) {
+        const PCRE2_SIZE start = offsets[2 * i];
+        const bool taken = int(i) < rc && start != PCRE2_UNSET;
+        groups.append(taken ? subject.mid(qsizetype(start), qsizetype(offsets[2 * i + 1] - start)) : QString());
+    }
+    return true;
 }
 
 }  // namespace qp

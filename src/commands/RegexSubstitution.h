@@ -1,10 +1,11 @@
 // A Perl-compatible "replace every match" for the commands that take a regular expression
-// (E501 on the extension, A1 on the name). The pattern is compiled once, JIT-compiled where
-// the library can, and then applied to many subjects with one reused match block and
-// output buffer.
+// (E501 on the extension, A1 on the name, the script built-ins). The pattern is compiled
+// once, JIT-compiled where the library can, and then applied to many subjects with one
+// reused match block and output buffer.
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 namespace qp {
@@ -35,12 +36,21 @@ public:
     Outcome replaceAll(const QString& subject, QString& result);
     const QString& lastError() const { return m_lastError; }
 
+    // A result longer than this many code units fails for its subject instead of being made
+    // (scripts choose their own patterns and replacements).
+    void setLengthLimit(qsizetype units) { m_lengthLimit = units; }
+
+    // The groups 1, 2, … of the first match (a group that did not take part is empty); false
+    // when nothing matches or matching failed (lastError() then says why).
+    bool firstMatchGroups(const QString& subject, QStringList& groups);
+
 private:
     struct Engine;
     std::unique_ptr<Engine> m_engine;  // null when the pattern did not compile
     QString m_replacement;
     QString m_compileError;
     qsizetype m_compileErrorOffset = 0;
+    qsizetype m_lengthLimit = -1;
     QString m_lastError;
 };
 

@@ -140,22 +140,12 @@ std::optional<Pair> parseLine(QStringView line, bool* skipped)
 
 QStringList readLines(const SettingsStore& store, const QString& section)
 {
-    const qint64 count = store.readInt(section, kLinesCountKey, 0);
-    QStringList lines;
-    lines.reserve(qsizetype(std::max<qint64>(count, 0)));
-    for (qint64 i = 1; i <= count; ++i)
-        lines.append(store.readString(section, kLineKeyPrefix + QString::number(i), QString()));
-    return lines;
+    return store.readNumberedLines(section, kLinesCountKey, kLineKeyPrefix);
 }
 
 void writeLines(SettingsStore& store, const QString& section, const QStringList& lines)
 {
-    const qint64 before = store.readInt(section, kLinesCountKey, 0);
-    for (qint64 i = lines.size() + 1; i <= before; ++i)
-        store.eraseKey(section, kLineKeyPrefix + QString::number(i));
-    store.writeInt(section, kLinesCountKey, lines.size());
-    for (qsizetype i = 0; i < lines.size(); ++i)
-        store.writeString(section, kLineKeyPrefix + QString::number(i + 1), lines[i]);
+    store.writeNumberedLines(section, kLinesCountKey, kLineKeyPrefix, lines);
 }
 
 FileText readFile(const QString& fileName)

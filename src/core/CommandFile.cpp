@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/CommandList.h"
+#include "core/CommandRegistry.h"
 #include "core/Interaction.h"
 #include "core/PathText.h"
 #include "core/TextFiles.h"
@@ -34,6 +35,12 @@ constexpr qsizetype kNamedSections = 10;
 QString tr(const char* text) { return QCoreApplication::translate("CommandFile", text); }
 
 QString hintTitle() { return tr("温馨提示"); }
+
+bool isScriptTrustSection(const QString& section)
+{
+    return section.compare(keys::kScriptConfig, Qt::CaseInsensitive) == 0
+        || section.compare(keys::kScriptApprovals, Qt::CaseInsensitive) == 0;
+}
 
 QString fromUtf8(const std::string& text) { return QString::fromUtf8(text.data(), qsizetype(text.size())); }
 
@@ -264,6 +271,9 @@ CommandFileResult loadCommandFile(Session& session, const FileChooser& chooseFil
     for (const QString& section : listed.sections) {
         for (const auto& [key, value] : file.sectionEntries(section))
             merged.writeRaw(section, key, value);
+        // A script that came in a file runs only once the user has allowed it.
+        if (carriesScript(merged.readString(section, keys::kCommandId, QString())))
+            merged.writeBool(section, keys::kCommandFromFile, true);
     }
     merged.writeInt(keys::kCommandList, keys::kCommandListCount, listed.sections.size());
     for (qsizetype i = 0; i < listed.sections.size(); ++i)
@@ -275,9 +285,15 @@ CommandFileResult loadCommandFile(Session& session, const FileChooser& chooseFil
     for (const QString& section : listed.sections)
         taken.insert(section.toCaseFolded());
     taken.insert(keys::kCommandList.toCaseFolded());
+    QStringList refused;
     for (const QString& section : file.sectionNames()) {
         if (taken.contains(section.toCaseFolded()))
             continue;
+        // Which Python runs and which scripts are allowed are the user's own settings.
+        if (isScriptTrustSection(section)) {
+            refused.append(u'[' + section + u']');
+            continue;
+        }
         for (const auto& [key, value] : file.sectionEntries(section))
             merged.writeRaw(section, key, value);
         result.otherSections.append(section);
@@ -313,6 +329,8 @@ CommandFileResult loadCommandFile(Session& session, const FileChooser& chooseFil
             text += tr(" 等 %1 个").arg(result.otherSections.size());
         log.add(text, MessageColour::Blue);
     }
+    if (!refused.isEmpty())
+        log.add(tr("批处理命令文件中的脚本设置未合并到设置文件：%1").arg(refused.join(QStringLiteral("、"))), MessageColour::Red);
 
     session.runAllCommands();
     return result;

@@ -19,6 +19,8 @@ ExecutorSide executorFor(QStringView subCode)
     return ExecutorSide::Main;
 }
 
+bool carriesScript(QStringView subCode) { return subCode == u"A1201" || subCode == u"A1301"; }
+
 bool CommandSection::readBool(const QString& key, bool defaultValue) const
 {
     return store.readBool(name, key, defaultValue);

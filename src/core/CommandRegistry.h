@@ -22,6 +22,8 @@ enum class ExecutorSide { Main, Extension };
 // "E1".."E7" and "A8" as the first two characters, and "A101", "A1101", "A1201" go to the
 // extension executor; every other code to the main executor.
 ExecutorSide executorFor(QStringView subCode);
+// The codes whose command sections carry a script: "A1201" (Pascal) and "A1301" (Python).
+bool carriesScript(QStringView subCode);
 
 // A command's stored section as a factory reads it. Every read names its default.
 struct CommandSection {

@@ -73,6 +73,11 @@ public:
     QString keepText = QStringLiteral("*.*");
     QString excludeText;
 
+    // Whether scripts may run. The desktop program asks before a script that came in a
+    // command file runs for the first time; the command line runs all or none.
+    enum class ScriptPermission { AskForFileScripts, AllowAll, DenyAll };
+    ScriptPermission scriptPermission = ScriptPermission::AskForFileScripts;
+
     // Runs the whole command list over the whole rename list; installed by the command
     // pipeline. Loading calls it unless "AddNewFilesIgnoreCMD" is set.
     void setCommandRunner(std::function<void()> runner) { m_commandRunner = std::move(runner); }

@@ -65,4 +65,15 @@ inline const QString kUnitVariable = QStringLiteral("UnitVariable");
 
 constexpr int kDefaultHistorySize = 20;
 
+// Scripts (A12 Pascal, A13 Python): the Python program and the time limit, and the answers to
+// "may this script from a file run?" keyed by the script's SHA-256. A command file never
+// brings either section into the settings.
+inline const QString kScriptConfig = QStringLiteral("Script Config");
+inline const QString kScriptApprovals = QStringLiteral("Script Approvals");
+inline const QString kPythonExe = QStringLiteral("PythonExe");
+inline const QString kScriptTimeLimit = QStringLiteral("ScriptTimeLimit");  // seconds
+constexpr int kDefaultScriptTimeLimit = 30;
+// Set by the loader in each command section from a command file that carries a script.
+inline const QString kCommandFromFile = QStringLiteral("CMDFromFile");
+
 }  // namespace qp::keys

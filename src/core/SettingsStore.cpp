@@ -1,5 +1,7 @@
 #include "core/SettingsStore.h"
 
+#include <algorithm>
+
 #include "platform/FileSystem.h"
 
 #include <QCoreApplication>
@@ -373,6 +375,30 @@ QList<QPair<QString, QString>> SettingsStore::sectionEntries(const QString& sect
     for (const Entry& entry : found->entries)
         entries.append({entry.key, entry.value});
     return entries;
+}
+
+QStringList SettingsStore::readNumberedLines(const QString& section, const QString& countKey,
+                                             const QString& linePrefix) const
+{
+    const Section* found = findSection(section);
+    const qint64 keys = found ? qint64(found->entries.size()) : 0;
+    const qint64 count = std::clamp<qint64>(readInt(section, countKey, 0), 0, keys);
+    QStringList lines;
+    lines.reserve(qsizetype(count));
+    for (qint64 i = 1; i <= count; ++i)
+        lines.append(readString(section, linePrefix + QString::number(i), QString()));
+    return lines;
+}
+
+void SettingsStore::writeNumberedLines(const QString& section, const QString& countKey, const QString& linePrefix,
+                                       const QStringList& lines)
+{
+    const qint64 before = readNumberedLines(section, countKey, linePrefix).size();
+    for (qint64 i = lines.size() + 1; i <= before; ++i)
+        eraseKey(section, linePrefix + QString::number(i));
+    writeInt(section, countKey, lines.size());
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        writeString(section, linePrefix + QString::number(i + 1), lines[i]);
 }
 
 void SettingsStore::clear()

@@ -67,6 +67,13 @@ public:
     // "key=value" lines of a section in stored order (empty when the section is absent).
     QStringList sectionLines(const QString& section) const;
     QList<QPair<QString, QString>> sectionEntries(const QString& section) const;
+    // A text kept one line per key: `countKey` = n, then `linePrefix` + "1" … + n (a list or
+    // a script in a command section). A count larger than the section's keys is not
+    // believed, so a damaged file cannot make a read run for ever.
+    QStringList readNumberedLines(const QString& section, const QString& countKey, const QString& linePrefix) const;
+    // Writes them, removing the numbered keys an earlier, longer text left behind.
+    void writeNumberedLines(const QString& section, const QString& countKey, const QString& linePrefix,
+                            const QStringList& lines);
     void clear();
 
 private:

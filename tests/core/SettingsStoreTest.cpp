@@ -200,3 +200,15 @@ TEST(SettingsStore, SavesAndLoadsThroughTheFileSystem)
     EXPECT_FALSE(tooLarge.message.isEmpty());
     EXPECT_FALSE(s.hasSection("General Config"));
 }
+
+TEST(SettingsStore, NumberedLinesShrinkAndDistrustTheirCount)
+{
+    SettingsStore s;
+    s.writeNumberedLines("S", "Count", "Line", {" indented", "b", "c"});
+    s.writeNumberedLines("S", "Count", "Line", {" indented", "b"});
+    EXPECT_EQ(s.readNumberedLines("S", "Count", "Line"), QStringList({" indented", "b"}));
+    EXPECT_FALSE(s.hasKey("S", "Line3"));
+    // A damaged count is bounded by the keys there are, so reading it costs nothing.
+    s.writeInt("S", "Count", 4000000000000LL);
+    EXPECT_EQ(s.readNumberedLines("S", "Count", "Line").size(), 3);
+}

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTextStream>
 #include <QToolButton>
@@ -84,7 +85,14 @@ int main(int argc, char* argv[])
     advanced.findChild<QPlainTextEdit*>(QStringLiteral("PlainTextEditA11NameList"))
         ->setPlainText(QStringLiteral("IMG_0001.jpg=海边日出.jpg\nIMG_0002.jpg=海边日落.jpg"));
     ok = save(advanced, dir, QStringLiteral("advanced-page.png")) && ok;
-    for (const char* code : {"A1", "A3", "A4", "A11"})
+    // The script sections with an example each, the Pascal one tested on a row.
+    for (const char* code : {"A12", "A13"}) {
+        auto* examples = advanced.findChild<QPushButton*>(QStringLiteral("PushButton%1Examples").arg(QLatin1String(code)));
+        examples->menu()->actions().constFirst()->trigger();
+    }
+    advanced.findChild<QPushButton*>(QStringLiteral("PushButtonA12Test"))->click();
+    QApplication::processEvents();
+    for (const char* code : {"A1", "A3", "A4", "A11", "A12", "A13"})
         ok = advanced.section(QString::fromLatin1(code))->grab().save(dir.filePath(QStringLiteral("advanced-%1.png").arg(code))) && ok;
     advanced.hide();
 

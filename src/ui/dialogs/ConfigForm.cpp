@@ -322,10 +322,19 @@ QWidget* TConfigForm::buildGeneralTab()
     language->addItem(QStringLiteral("English"), QStringLiteral("en"));
     bind(language, kInterface, QStringLiteral("Language"), QString());
     windowLayout->addLayout(row({new QLabel(tr("界面语言："), window), language, new QLabel(tr("（重新启动后生效）"), window)}));
+    // Pascal and Python scripts (the commands A12 and A13).
+    auto* scripts = new QGroupBox(tr("脚本"), page);
+    auto* scriptLayout = new QVBoxLayout(scripts);
+    auto* python = bind(new QLineEdit(scripts), kScriptConfig, kPythonExe, QString());
+    python->setPlaceholderText(tr("留空则使用 python3（Windows：py -3 或 python）"));
+    scriptLayout->addLayout(row({new QLabel(tr("Python 程序："), scripts), python}));
+    auto* limit = bind(spinBox(1, 3600, scripts), kScriptConfig, kScriptTimeLimit, kDefaultScriptTimeLimit, true);
+    scriptLayout->addLayout(row({new QLabel(tr("脚本运行时间上限（秒）："), scripts), limit}));
 
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(ignore);
     layout->addWidget(window);
+    layout->addWidget(scripts);
     layout->addStretch(1);
     return page;
 }

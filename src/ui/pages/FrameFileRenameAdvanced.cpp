@@ -19,6 +19,7 @@
 #include "core/PathText.h"
 #include "core/Session.h"
 #include "ui/dialogs/FileDialogs.h"
+#include "ui/pages/ScriptSections.h"
 #include "ui/widgets/HistoryComboBox.h"
 
 namespace qp::ui {
@@ -44,12 +45,19 @@ TFrameFileRenameAdvanced::TFrameFileRenameAdvanced(Session& session, QWidget* pa
     buildA4(addSection(QStringLiteral("A4"), tr("1.A.4.数字与汉字的转换")));
     m_listSection = &addSection(QStringLiteral("A11"), tr("1.A.11.文件名对照列表更名"));
     buildA11(*m_listSection);
+    const ScriptSection::Quietly quiet = [this](const std::function<void()>& change) { quietly(change); };
+    new ScriptSection(*this, addSection(QStringLiteral("A12"), tr("1.A.12.Pascal 脚本更名")), ScriptSection::Language::Pascal, quiet);
+    new ScriptSection(*this, addSection(QStringLiteral("A13"), tr("1.A.13.Python 脚本更名")), ScriptSection::Language::Python, quiet);
     finishSections();
 }
 
 TFrameFileRenameAdvanced::~TFrameFileRenameAdvanced() = default;
 
-QString TFrameFileRenameAdvanced::commentOf(const QString& subCode) const { return advancedCommandComment(subCode); }
+QString TFrameFileRenameAdvanced::commentOf(const QString& subCode) const
+{
+    const QString comment = advancedCommandComment(subCode);
+    return comment.isEmpty() ? scriptcommands::comment(subCode) : comment;
+}
 
 // ---------------------------------------------------------------------------------------
 // The sections

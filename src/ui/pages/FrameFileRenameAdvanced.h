@@ -1,5 +1,6 @@
 // The page of the advanced commands that exist so far: "1.A.1.正则表达式",
-// "1.A.3.汉字转拼音", "1.A.4.数字与汉字的转换" and "1.A.11.文件名对照列表更名". Like every
+// "1.A.3.汉字转拼音", "1.A.4.数字与汉字的转换", "1.A.11.文件名对照列表更名" and the two
+// script sections "1.A.12" and "1.A.13" (ScriptSections.h). Like every
 // function page, each section starts at "保持不变" and records its command as the user
 // chooses an option or changes a control.
 #pragma once

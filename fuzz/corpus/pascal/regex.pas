@@ -1,0 +1,3 @@
+begin
+  FileName := ReplaceRegExpr(FileName, '^([^-]+)-([^.]+)', '$2-$1');
+end.
