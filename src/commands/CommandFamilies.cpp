@@ -2,6 +2,7 @@
 
 #include "commands/AdvancedCommands.h"
 #include "commands/ExtensionCommands.h"
+#include "commands/MetadataCommands.h"
 #include "commands/NormalCommands.h"
 
 namespace qp {
@@ -11,6 +12,7 @@ void registerCommandFamilies(CommandRegistry& registry)
     registerNormalCommands(registry);
     registerExtensionCommands(registry);
     registerAdvancedCommands(registry);
+    registerMetadataCommands(registry);
 }
 
 }  // namespace qp

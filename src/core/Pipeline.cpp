@@ -127,7 +127,7 @@ bool Pipeline::runAll(bool allRows)
     steps.reserve(size_t(sections.size()));
     for (const QString& section : sections)
         steps.push_back(compile(section));
-    if (!runSteps(steps, limit, caption))
+    if (!m_registry.prepareRun(m_session, sections, limit) || !runSteps(steps, limit, caption))
         return false;
     finished(tr("命令序列执行完毕。"));
     return true;
@@ -154,7 +154,8 @@ bool Pipeline::runOne(const QString& section)
     steps.push_back(compile(section));
     ui.progress(caption, 0);
     resetRows(false);
-    if (!runSteps(steps, rowLimit(false), caption))
+    const qsizetype limit = rowLimit(false);
+    if (!m_registry.prepareRun(m_session, {section}, limit) || !runSteps(steps, limit, caption))
         return false;
     finished(tr("命令执行完毕。"));
     return true;
