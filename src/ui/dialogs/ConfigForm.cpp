@@ -311,9 +311,19 @@ QWidget* TConfigForm::buildGeneralTab()
     auto* history = bind(spinBox(1, kMostHistoryEntries, window), kOperation, kHistorySize, kDefaultHistorySize);
     windowLayout->addLayout(row({new QLabel(tr("下拉框保存的历史记录数："), window), history}));
 
+    // How the text of old music tags and photo data is decoded when it does not say.
+    auto* tags = new QGroupBox(tr("文件信息"), page);
+    auto* tagsLayout = new QVBoxLayout(tags);
+    auto* legacy = bind(choices({{tr("自动（选常用汉字最多的解码）"), 0}, {QStringLiteral("GBK"), 1}, {QStringLiteral("Big5"), 2},
+                                 {QStringLiteral("Shift_JIS"), 3}, {QStringLiteral("Latin-1"), 4}},
+                                tags),
+                        kOperation, kLegacyTagEncoding, 0, true);
+    tagsLayout->addLayout(row({new QLabel(tr("非 Unicode 标签编码："), tags), legacy}));
+
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(ignore);
     layout->addWidget(window);
+    layout->addWidget(tags);
     layout->addStretch(1);
     return page;
 }
