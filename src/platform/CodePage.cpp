@@ -113,6 +113,29 @@ Decoded systemDecode(std::string_view bytes, int codePage)
     return out;
 }
 
+// Character by character, so that a character the code page lacks is one "?" even when it
+// is a surrogate pair (Windows writes one for each half).
+std::string encodeEachCharacter(std::u16string_view text, int codePage)
+{
+    std::string bytes;
+    char piece[8];
+    for (std::size_t i = 0; i < text.size();) {
+        const bool pair = text[i] >= 0xD800 && text[i] < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00
+                          && text[i + 1] < 0xE000;
+        const int units = pair ? 2 : 1;
+        BOOL usedDefault = FALSE;
+        const int length = WideCharToMultiByte(static_cast<UINT>(codePage), WC_NO_BEST_FIT_CHARS,
+                                               reinterpret_cast<const wchar_t*>(text.data() + i), units, piece,
+                                               sizeof piece, nullptr, &usedDefault);
+        if (usedDefault || length <= 0)
+            bytes.push_back('?');
+        else
+            bytes.append(piece, static_cast<std::size_t>(length));
+        i += static_cast<std::size_t>(units);
+    }
+    return bytes;
+}
+
 Encoded systemEncode(std::u16string_view text, int codePage)
 {
     Encoded out;
@@ -138,6 +161,8 @@ Encoded systemEncode(std::u16string_view text, int codePage)
     if (length > 0)
         WideCharToMultiByte(static_cast<UINT>(codePage), flags, wide, size, out.bytes.data(), length, nullptr, used);
     out.lossless = !usedDefault;
+    if (!out.lossless)
+        out.bytes = encodeEachCharacter(text, codePage);
     return out;
 }
 
