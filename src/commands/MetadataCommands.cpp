@@ -151,10 +151,10 @@ bool prefetchFields(Session& session, const QString& families, qsizetype rows)
             continue;
         const QString path = row.fullPath();
         for (qsizetype f = 0; f < families.size(); ++f) {
-            const metadata::ReadRequest& request = requests[size_t(f)];
-            if (cache.isAtHand(path, families[f], request))
-                continue;
-            cache.fields(path, families[f], request);
+            const qint64 reads = cache.readCount();
+            cache.fields(path, families[f], requests[size_t(f)]);
+            if (cache.readCount() == reads)
+                continue;  // at hand already
             if (!shown || sincePoll.elapsed() >= kPollEveryMs) {
                 shown = true;
                 sincePoll.start();

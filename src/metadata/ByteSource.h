@@ -32,15 +32,16 @@ public:
     explicit FileSource(const QString& path);
     bool isOpen() const { return m_file.isOpen(); }
     std::uint64_t size() const override { return m_file.size(); }
-    std::int64_t readAt(std::uint64_t offset, void* buffer, std::size_t count) const override
-    {
-        return m_file.readAt(offset, buffer, count);
-    }
+    // Small reads are served from a window of the file read ahead, as the libraries read
+    // headers a few bytes at a time.
+    std::int64_t readAt(std::uint64_t offset, void* buffer, std::size_t count) const override;
     QString name() const override { return m_name; }
 
 private:
     platform::ReadOnlyFile m_file;
     QString m_name;
+    mutable QByteArray m_window;
+    mutable std::uint64_t m_windowStart = 0;
 };
 
 class MemorySource : public ByteSource {

@@ -12,6 +12,8 @@ namespace {
 
 QString keyOf(const QString& path)
 {
+    if (!platform::pathKeysIgnoreCase())
+        return path;
     const platform::Path key = platform::pathKey(path.toStdU16String());
     return QString(reinterpret_cast<const QChar*>(key.data()), qsizetype(key.size()));
 }
@@ -42,7 +44,12 @@ bool FieldCache::servesFamily(QChar family) const
 
 FieldCache::Entry* FieldCache::validEntry(const QString& path)
 {
+    if (m_lastEntry && m_lastEntry->checked == m_generation && path == m_lastPath)
+        return m_lastEntry;
+    // A new key may move the other entries; the one asked for now is where it is.
     Entry& entry = m_entries[keyOf(path)];
+    m_lastEntry = &entry;
+    m_lastPath = path;
     if (entry.checked == m_generation)
         return &entry;
     const auto info = platform::stat(path.toStdU16String());
@@ -72,22 +79,11 @@ bool FieldCache::covers(const FamilyFields& fields, const ReadRequest& request)
     return true;
 }
 
-bool FieldCache::isAtHand(const QString& path, QChar family, const ReadRequest& request)
-{
-    if (request.legacy != m_legacy)
-        return false;
-    Entry* entry = validEntry(path);
-    if (entry->missing)
-        return true;
-    const auto it = entry->families.constFind(family);
-    return it != entry->families.constEnd() && covers(*it, request);
-}
-
 const FamilyFields& FieldCache::fields(const QString& path, QChar family, const ReadRequest& request)
 {
     if (request.legacy != m_legacy) {
         // Text was decoded under the other setting.
-        m_entries.clear();
+        clear();
         m_legacy = request.legacy;
     }
     Entry* entry = validEntry(path);

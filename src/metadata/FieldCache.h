@@ -27,8 +27,6 @@ public:
     // The fields of `family` for the file at `path` ('/'-separated), read when they are not
     // at hand. The reference stays valid until the next call.
     const FamilyFields& fields(const QString& path, QChar family, const ReadRequest& request);
-    // Whether fields() would answer without reading the file.
-    bool isAtHand(const QString& path, QChar family, const ReadRequest& request);
     // A new run of the commands: each file is checked for changes again, once, at its next
     // request. Between runs a file is trusted to be as it was.
     void beginRun() { ++m_generation; }
@@ -37,7 +35,11 @@ public:
     std::vector<std::pair<QChar, FamilyFields>> readEverything(const QString& path, LegacyEncoding legacy,
                                                                const QString& families = {});
 
-    void clear() { m_entries.clear(); }
+    void clear()
+    {
+        m_entries.clear();
+        m_lastEntry = nullptr;
+    }
     // How many times a file was opened and handed to a reader, for tests and measurements.
     qint64 readCount() const { return m_readCount; }
     bool servesFamily(QChar family) const;
@@ -58,6 +60,9 @@ private:
     std::vector<std::unique_ptr<FieldReader>> m_readers;
     ContentSniffer m_sniffer;
     QHash<QString, Entry> m_entries;
+    // The entry asked for last: the tags of one expression ask for the same file in turn.
+    QString m_lastPath;
+    Entry* m_lastEntry = nullptr;
     LegacyEncoding m_legacy = LegacyEncoding::Automatic;
     quint64 m_generation = 1;
     qint64 m_readCount = 0;

@@ -178,7 +178,9 @@ Kind kindOfStream(const QString& mime, TagLib::IOStream* stream)
 std::unique_ptr<TagLib::File> openAs(Kind kind, TagLib::IOStream* stream)
 {
     using Style = TagLib::AudioProperties::ReadStyle;
-    constexpr Style style = TagLib::AudioProperties::Average;
+    // Length and bitrate from the headers (and the Xing or VBRI header of an MP3), without
+    // scanning the frames.
+    constexpr Style style = TagLib::AudioProperties::Fast;
     TagLib::ID3v2::FrameFactory* frames = TagLib::ID3v2::FrameFactory::instance();
     stream->seek(0);
     switch (kind) {
