@@ -70,8 +70,8 @@ void TFrameFileRenameMetadata::build(PageSection& g)
 
     QComboBox* missing = g.list(name("ComboBox", "Missing"), key("Missing"),
                                 {tr("该对象保持不变"), tr("该字段留空"), tr("使用替代文字")}, 0);
-    QLineEdit* fallback = g.line(name("Edit", "MissingText"), key("MissingText"), tr("未知"), 6);
-    g.row({g.label(tr("缺少字段时")), missing, fallback}, true);
+    g.row({g.label(tr("缺少字段时")), missing}, true);
+    g.row({g.label(tr("替代文字")), g.line(name("Edit", "MissingText"), key("MissingText"), tr("未知"), 8)}, 2);
     if (m_family == u'D')
         buildDateSources(g);
 
@@ -95,9 +95,9 @@ void TFrameFileRenameMetadata::buildDateSources(PageSection& g)
 {
     g.row({g.label(tr("拍摄时间：EXIF 原始时间，其次"))}, true);
     g.row({g.check(QStringLiteral("CheckBoxD1DateDigitized"), tr("数字化时间"), QStringLiteral("D1_DateDigitized"), true),
-           g.check(QStringLiteral("CheckBoxD1DateXmp"), tr("XMP 创建时间"), QStringLiteral("D1_DateXmp"), true),
-           g.check(QStringLiteral("CheckBoxD1DateFileTime"), tr("文件修改时间"), QStringLiteral("D1_DateFileTime"), false)},
+           g.check(QStringLiteral("CheckBoxD1DateXmp"), tr("XMP 创建时间"), QStringLiteral("D1_DateXmp"), true)},
           2);
+    g.row({g.check(QStringLiteral("CheckBoxD1DateFileTime"), tr("文件修改时间"), QStringLiteral("D1_DateFileTime"), false)}, 2);
 }
 
 void TFrameFileRenameMetadata::showFieldsOf(qsizetype row)
