@@ -15,8 +15,9 @@ standing for U+4E00 + 32w + i.
 import argparse
 import bz2
 import os
-import re
 import sys
+
+from unihan_notice import notice_comment, permission_notice, unicode_version
 
 UNIHAN_DIR = "/usr/share/unicode"
 FILES = ("Unihan_IRGSources.txt.bz2", "Unihan_DictionaryLikeData.txt.bz2", "Unihan_OtherMappings.txt.bz2")
@@ -65,28 +66,6 @@ def read_unihan(directory):
     return header, {name: {c for c in chars if FIRST <= c <= LAST} for name, chars in common.items()}
 
 
-def unicode_version(header):
-    for line in header:
-        match = re.match(r"#\s*Unicode version:\s*(\S+)", line)
-        if match:
-            return match.group(1)
-    return "unknown"
-
-
-def copyright_lines(header):
-    return [line[1:].strip() for line in header if "©" in line or "trademarks" in line]
-
-
-def permission_notice(path):
-    with open(path, encoding="utf-8") as source:
-        text = source.read()
-    start = text.find("Permission is hereby granted")
-    end = text.find("Unicode and the Unicode logo", start)
-    if start < 0 or end < 0:
-        raise ValueError("no permission notice in " + path)
-    return [line.strip() for line in text[start:end].strip().splitlines()]
-
-
 def bitmap(chars):
     words = [0] * ((LAST - FIRST + 1 + 31) // 32)
     for c in chars:
@@ -112,11 +91,7 @@ def render(header, common, licence):
     out.append("// fields kTGH, kGradeLevel, kFrequency and kJoyoKanji, reduced to bits). It is used")
     out.append("// under the following notice:")
     out.append("//")
-    for line in copyright_lines(header):
-        out.append("// " + line)
-    out.append("//")
-    for line in licence:
-        out.append(("// " + line).rstrip())
+    out.extend(notice_comment(header, licence))
     out.append("")
     out.append('#include "platform/CommonCjk.h"')
     out.append("")

@@ -7,15 +7,8 @@
 #include "platform/CommonCjk.h"
 #include "platform/FileSystem.h"
 
-#ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#ifndef WIN32_LEAN_AND_MEAN
-#define WIN32_LEAN_AND_MEAN
-#endif
-#include <windows.h>
-#else
+#include "platform/Win32.h"
+#ifndef _WIN32
 #include <cerrno>
 #include <iconv.h>
 #endif

@@ -36,10 +36,18 @@ protected:
     QStringList run()
     {
         EXPECT_TRUE(session.pipeline().runAll(true));
-        QStringList names;
-        for (const FileEntry& row : session.renameList().rows())
-            names.append(row.newName);
-        return names;
+        return test::newNames(session.renameList());
+    }
+    // The new names of these samples under this one command.
+    QStringList runOnly(std::initializer_list<const char*> samples, const char* code, const Params& params)
+    {
+        session.renameList().clear();
+        session.messages().clear();
+        CommandList::eraseCommands(session.settings());
+        for (const char* sample : samples)
+            addSample(sample);
+        addCommand(code, params);
+        return run();
     }
     QStringList messages() const
     {
@@ -94,12 +102,9 @@ TEST_F(MetadataCommandsTest, TemplatesNameFilesFromTheirFields)
         {"gbk-latin1.mp3", "C101", "<C.TITLE>", "青花瓷"},
     };
     for (const auto& c : cases) {
-        session.renameList().clear();
-        CommandList::eraseCommands(session.settings());
-        addSample(c.file);
-        const QString family = QString(QLatin1Char(c.code[0]));
-        addCommand(c.code, {{qPrintable(family + "1_Template"), c.templateText}});
-        EXPECT_EQ(run(), QStringList{QString::fromUtf8(c.expected)}) << c.file << " " << c.templateText;
+        const QByteArray key = QByteArray(1, c.code[0]) + "1_Template";
+        EXPECT_EQ(runOnly({c.file}, c.code, {{key.constData(), c.templateText}}), QStringList{QString::fromUtf8(c.expected)})
+            << c.file << " " << c.templateText;
     }
 }
 
@@ -116,13 +121,9 @@ TEST_F(MetadataCommandsTest, TheResultGoesWhereThePageSays)
         {"M104", {{"M1_InsertPos", "2"}, {"M1_InsertPosFromRight", "1"}}, "id3vIntro_24"},
     };
     for (const auto& c : cases) {
-        session.renameList().clear();
-        CommandList::eraseCommands(session.settings());
-        addSample("id3v24.mp3");
         Params params = c.extra;
         params.emplace_back("M1_Template", "<M.TITLE>_");
-        addCommand(c.code, params);
-        EXPECT_EQ(run(), QStringList{c.expected}) << c.code;
+        EXPECT_EQ(runOnly({"id3v24.mp3"}, c.code, params), QStringList{c.expected}) << c.code;
     }
 }
 
@@ -139,13 +140,10 @@ TEST_F(MetadataCommandsTest, AFileWithoutAFieldIsLeftEmptiedOrFilledIn)
         {"2", "未知", "未知-64", ""},
     };
     for (const auto& c : cases) {
-        session.renameList().clear();
-        session.messages().clear();
-        CommandList::eraseCommands(session.settings());
-        addSample("exif.jpg");
-        addSample("none.jpg");
-        addCommand("D101", {{"D1_Template", "<D.MODEL>-<D.WIDTH>"}, {"D1_Missing", c.missing}, {"D1_MissingText", c.fallback}});
-        EXPECT_EQ(run(), (QStringList{"Canon EOS R5-64", QString::fromUtf8(c.expected)})) << c.missing;
+        EXPECT_EQ(runOnly({"exif.jpg", "none.jpg"}, "D101",
+                          {{"D1_Template", "<D.MODEL>-<D.WIDTH>"}, {"D1_Missing", c.missing}, {"D1_MissingText", c.fallback}}),
+                  (QStringList{"Canon EOS R5-64", QString::fromUtf8(c.expected)}))
+            << c.missing;
         EXPECT_EQ(messages().contains(QString::fromUtf8(c.message)), *c.message != 0) << messages().join(u'\n').toStdString();
     }
 }
@@ -154,22 +152,17 @@ TEST_F(MetadataCommandsTest, DateTakenFollowsTheChosenSources)
 {
     const struct {
         Params sources;
-        const char* exifOnlyDigitized;  // exif.jpg always has DateTimeOriginal
+        const char* exif;  // has DateTimeOriginal
         const char* xmpOnly;
     } cases[] = {
         {{}, "2021-05-06", "2019-03-04"},
         {{{"D1_DateXmp", "0"}}, "2021-05-06", "xmp-only"},
     };
+    session.settings().writeString("UnitVariable", "<D.DATETAKEN>", "yyyy-mm-dd");
     for (const auto& c : cases) {
-        session.renameList().clear();
-        CommandList::eraseCommands(session.settings());
-        addSample("exif.jpg");
-        addSample("xmp-only.jpg");
         Params params = c.sources;
         params.emplace_back("D1_Template", "<D.DATETAKEN>");
-        session.settings().writeString("UnitVariable", "<D.DATETAKEN>", "yyyy-mm-dd");
-        addCommand("D101", params);
-        EXPECT_EQ(run(), (QStringList{c.exifOnlyDigitized, c.xmpOnly}));
+        EXPECT_EQ(runOnly({"exif.jpg", "xmp-only.jpg"}, "D101", params), (QStringList{c.exif, c.xmpOnly}));
     }
     // The file's modified time comes last, when chosen.
     session.renameList().clear();
@@ -245,12 +238,10 @@ TEST_F(MetadataCommandsTest, TheLegacyEncodingSettingDecidesOldTagText)
         const char* expected;
     } cases[] = {{0, "gbk-latin1.mp3", "青花瓷"}, {0, "big5-latin1.mp3", "簡單愛"}, {1, "big5-latin1.mp3", "虏虫稲"},
                  {2, "big5-latin1.mp3", "簡單愛"}, {4, "gbk-latin1.mp3", "Çà»¨´É"}, {1, "gbk-latin1.mp3", "青花瓷"}};
-    addCommand("M101", {{"M1_Template", "<M.TITLE>"}});
     for (const auto& c : cases) {
-        session.renameList().clear();
         session.settings().writeInt("Operation Config", "NonUnicodeTagEncoding", c.setting);
-        addSample(c.sample);
-        EXPECT_EQ(run(), QStringList{QString::fromUtf8(c.expected)}) << c.setting << " " << c.sample;
+        EXPECT_EQ(runOnly({c.sample}, "M101", {{"M1_Template", "<M.TITLE>"}}), QStringList{QString::fromUtf8(c.expected)})
+            << c.setting << " " << c.sample;
     }
 }
 

@@ -15,12 +15,13 @@ namespace qp::test {
 
 using Params = std::vector<std::pair<const char*, const char*>>;
 
-// Appends a command with its parameters (raw, as a page writes them) to the stored list;
-// the section is new, so no key of an earlier command is read again. Returns its name.
+// Appends a command with its parameters (raw, as a page writes them) to the stored list; its
+// section starts empty, so no key of an earlier command is read again. Returns its name.
 inline QString appendCommand(SettingsStore& store, const QString& code, const QString& comment, const Params& params)
 {
     const qint64 n = store.readInt(QStringLiteral("CommandList"), QStringLiteral("CommandListCount"), 0) + 1;
     const QString section = QStringLiteral("CMD_%1_%2").arg(code).arg(n);
+    store.eraseSection(section);
     store.writeString(section, QStringLiteral("CMDid"), code);
     store.writeString(section, QStringLiteral("CMDComment"), comment);
     for (const auto& [key, value] : params)
@@ -42,6 +43,15 @@ inline FileEntry& appendRow(RenameList& list, const QString& fullPath, bool fold
     row.isFolder = folder;
     list.append(row);
     return list[list.size() - 1];
+}
+
+// Each row's new name (without extension), in row order.
+inline QStringList newNames(const RenameList& list)
+{
+    QStringList names;
+    for (const FileEntry& row : list.rows())
+        names.append(row.newName);
+    return names;
 }
 
 }  // namespace qp::test

@@ -1,7 +1,6 @@
 // The metadata pages driven through their real widgets over generated sample files.
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QSpinBox>
@@ -38,13 +37,7 @@ protected:
     QWidget& driven() const override { return *page; }
     const Session& pageSession() const override { return session; }
 
-    QStringList newNames() const
-    {
-        QStringList names;
-        for (const FileEntry& row : session.renameList().rows())
-            names.append(row.newName);
-        return names;
-    }
+    QStringList newNames() const { return qp::test::newNames(session.renameList()); }
     void setTemplate(const QString& text)
     {
         control<QComboBox>("ComboBoxM1Template")->lineEdit()->clear();
@@ -119,10 +112,3 @@ TEST(MetadataPageInWindow, EachFamilyHasItsPageInThePanel)
 
 }  // namespace
 }  // namespace qp::ui
-
-int main(int argc, char* argv[])
-{
-    QApplication app(argc, argv);
-    ::testing::InitGoogleTest(&argc, argv);
-    return RUN_ALL_TESTS();
-}
