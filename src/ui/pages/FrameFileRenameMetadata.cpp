@@ -85,7 +85,7 @@ void TFrameFileRenameMetadata::build(PageSection& g)
     m_picker->setHeaderLabels({tr("元变量"), tr("值")});
     m_picker->setRootIsDecorated(false);
     m_picker->setUniformRowHeights(true);
-    m_picker->setMinimumHeight(160);
+    m_picker->setMinimumHeight(260);
     m_picker->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     connect(m_picker, &QTreeWidget::itemDoubleClicked, this, &TFrameFileRenameMetadata::insertField);
     g.rows->addWidget(m_picker, 1);
