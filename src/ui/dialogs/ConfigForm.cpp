@@ -348,7 +348,10 @@ QWidget* TConfigForm::buildMetaVariableTab()
     m_metaGrid->verticalHeader()->setDefaultSectionSize(m_metaGrid->fontMetrics().height() + 6);
     m_metaGrid->horizontalHeader()->setHighlightSections(false);
     m_metaGrid->horizontalHeader()->setSectionResizeMode(ColDescription, QHeaderView::Stretch);
-    m_metaGrid->setColumnWidth(ColName, m_metaGrid->fontMetrics().horizontalAdvance(QStringLiteral("<DIFNSUBSTR>")) + 24);
+    int nameWidth = 0;
+    for (const MetaVariableInfo& info : catalogue)
+        nameWidth = std::max(nameWidth, m_metaGrid->fontMetrics().horizontalAdvance(info.tag));
+    m_metaGrid->setColumnWidth(ColName, nameWidth + 24);
     m_metaGrid->setColumnWidth(ColValue, m_metaGrid->fontMetrics().horizontalAdvance(QStringLiteral("<FCY>-<FCM>-<FCD>")) + 24);
     for (int r = 0; r < int(catalogue.size()); ++r) {
         const MetaVariableInfo& info = catalogue[size_t(r)];
