@@ -33,15 +33,6 @@ FieldCache::FieldCache(std::vector<std::unique_ptr<FieldReader>> readers) : m_re
 
 FieldCache::~FieldCache() = default;
 
-bool FieldCache::servesFamily(QChar family) const
-{
-    for (const auto& reader : m_readers) {
-        if (reader->family() == family)
-            return true;
-    }
-    return false;
-}
-
 FieldCache::Entry* FieldCache::validEntry(const QString& path)
 {
     if (m_lastEntry && m_lastEntry->checked == m_generation && path == m_lastPath)

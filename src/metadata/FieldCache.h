@@ -42,7 +42,6 @@ public:
     }
     // How many times a file was opened and handed to a reader, for tests and measurements.
     qint64 readCount() const { return m_readCount; }
-    bool servesFamily(QChar family) const;
 
 private:
     struct Entry {

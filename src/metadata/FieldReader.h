@@ -18,8 +18,7 @@ class ByteSource;
 
 // What a file's content was found to be (by libmagic): "audio/mpeg", "image/jpeg" …
 struct ContentType {
-    QString mime;
-    bool isEmpty() const { return mime.isEmpty(); }
+    QString mime;  // empty for an empty file or one that cannot be read
 };
 
 struct ReadRequest {

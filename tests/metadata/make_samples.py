@@ -5,7 +5,6 @@ with QImage, given EXIF, IPTC and XMP by the exiv2 tool; and broken files made f
 
     make_samples.py --images PLAIN_IMAGES_DIR OUTPUT_DIR
 
-Writes OUTPUT_DIR/.done last, so that a folder without it is known to be incomplete.
 """
 
 import argparse
@@ -304,13 +303,9 @@ def main():
     parser.add_argument("output")
     args = parser.parse_args()
     os.makedirs(args.output, exist_ok=True)
-    done = os.path.join(args.output, ".done")
-    if os.path.exists(done):
-        return
     with tempfile.TemporaryDirectory() as work:
         make_audio(args.output, work)
     make_photos(args.output, args.images)
-    open(done, "w").close()
 
 
 if __name__ == "__main__":

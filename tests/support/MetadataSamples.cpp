@@ -1,6 +1,5 @@
 #include "MetadataSamples.h"
 
-#include <QFileInfo>
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -9,9 +8,8 @@ namespace qp::test {
 
 QString metadataSample(const char* name)
 {
+    // The script returns at once when the samples are there and up to date.
     static const bool made = [] {
-        if (QFileInfo::exists(QStringLiteral(QP_SAMPLES_DIR "/.done")))
-            return true;
         const int code = QProcess::execute(QStringLiteral("/bin/sh"), {QStringLiteral(QP_MAKE_SAMPLES)});
         EXPECT_EQ(code, 0) << "could not make the metadata samples with " QP_MAKE_SAMPLES;
         return code == 0;

@@ -1,6 +1,7 @@
 // The sample files of the metadata tests (music in every tag kind, photos with EXIF, IPTC
 // and XMP, broken and misnamed files), generated once by tests/metadata/make_samples.py:
-// by the CTest fixture "MetadataSamples", or at the first use when a test runs on its own.
+// by the CTest fixture "MetadataSamples", or at the first use when a test runs on its own
+// (and again whenever the script changed).
 #pragma once
 
 #include <QString>
