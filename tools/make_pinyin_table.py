@@ -17,8 +17,9 @@ reading.
 import argparse
 import bz2
 import collections
-import re
 import sys
+
+from unihan_notice import notice_comment, permission_notice, unicode_version
 import unicodedata
 
 READINGS = "/usr/share/unicode/Unihan_Readings.txt.bz2"
@@ -107,28 +108,6 @@ def build_entries(by_field):
     return [(key, sorted(entries.get(key, ()))) for key in keys], len(readings)
 
 
-def unicode_version(header):
-    for line in header:
-        match = re.match(r"#\s*Unicode version:\s*(\S+)", line)
-        if match:
-            return match.group(1)
-    return "unknown"
-
-
-def copyright_lines(header):
-    return [line[1:].strip() for line in header if "©" in line or "trademarks" in line]
-
-
-def permission_notice(path):
-    with open(path, encoding="utf-8") as source:
-        text = source.read()
-    start = text.find("Permission is hereby granted")
-    end = text.find("Unicode and the Unicode logo", start)
-    if start < 0 or end < 0:
-        raise ValueError("no permission notice in " + path)
-    return [line.strip() for line in text[start:end].strip().splitlines()]
-
-
 def cpp_literal(text):
     return 'u"' + text.replace("\\", "\\\\").replace('"', '\\"') + '"'
 
@@ -147,11 +126,7 @@ def render(header, entries, characters, licence):
     out.append("// readings kXHC1983, kTGHZ2013, kMandarin and kHanyuPinyin, rewritten with tone digits")
     out.append("// and regrouped by reading). It is used under the following notice:")
     out.append("//")
-    for line in copyright_lines(header):
-        out.append("// " + line)
-    out.append("//")
-    for line in licence:
-        out.append(("// " + line).rstrip())
+    out.extend(notice_comment(header, licence))
     out.append("")
     out.append('#include "expressions/PinyinTable.h"')
     out.append("")

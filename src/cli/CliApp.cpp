@@ -31,6 +31,7 @@
 #include "execution/RenameRunner.h"
 #include "execution/Snapshot.h"
 #include "execution/Undo.h"
+#include "expressions/FieldTags.h"
 
 namespace qp::cli {
 
@@ -286,6 +287,50 @@ QString readContrastOptions(const QCommandLineParser& parser, const std::array<Q
 
 }  // namespace
 
+namespace {
+
+QString oneLine(QString text)
+{
+    for (QChar& c : text) {
+        if (c == u'\t' || c == u'\r' || c == u'\n')
+            c = u' ';
+    }
+    return text;
+}
+
+}  // namespace
+
+int CliApp::printFields(const Session& session, const QStringList& paths, bool json)
+{
+    if (paths.isEmpty())
+        return fail(QStringLiteral("fields 需要至少一个文件路径 (fields needs a PATH)"));
+    const metadata::LegacyEncoding legacy = legacyEncodingOf(session.settings());
+    metadata::FieldCache& cache = fieldCacheOf(session);
+    QJsonArray files;
+    bool allRead = true;
+    for (const QString& path : paths) {
+        if (!platform::isFile(toPlatformPath(path))) {
+            m_err << QStringLiteral("quillet: 不是可读取的文件：") << nativeSeparators(path) << Qt::endl;
+            allRead = false;
+            continue;
+        }
+        QJsonArray lines;
+        for (const auto& [family, fields] : cache.readEverything(path, legacy)) {
+            for (const FieldLine& line : fieldLines(family, fields)) {
+                if (json)
+                    lines.append(QJsonObject{{QStringLiteral("tag"), line.tag}, {QStringLiteral("value"), line.value}});
+                else  // a value of several lines (lyrics, comments) stays on one
+                    m_out << nativeSeparators(path) << u'\t' << line.tag << u'\t' << oneLine(line.value) << u'\n';
+            }
+        }
+        files.append(QJsonObject{{QStringLiteral("path"), nativeSeparators(path)}, {QStringLiteral("fields"), lines}});
+    }
+    if (json)
+        m_out << QString::fromUtf8(QJsonDocument(files).toJson(QJsonDocument::Indented));
+    m_out.flush();
+    return allRead ? ExitDone : ExitRowsFailed;
+}
+
 int CliApp::fail(const QString& message)
 {
     m_err << QStringLiteral("quillet: ") << message << Qt::endl;
@@ -305,6 +350,7 @@ int CliApp::run(const QStringList& arguments)
         "  undo      撤销一次批量更名 (undo a rename batch)\n"
         "  import    导入更名方案或快照文件 (import a rename programme or snapshot)\n"
         "  export    导出更名方案或更名对照列表 (export the rename programme or the contrast list)\n"
+        "  fields    列出文件中可读取的全部元数据字段 (list every metadata field of the files)\n"
         "\n"
         "退出码 (exit codes): 0 完成 (done)；1 有对象更名失败或仍有冲突 (rows failed or in conflict)；"
         "2 用法或输入错误 (bad usage or input)"));
@@ -366,7 +412,7 @@ int CliApp::run(const QStringList& arguments)
                        format, snapshot, programme, apply, contrast, encoding, separator, withExt, sheet, oldColumn,
                        newColumn, allowScripts});
     parser.addPositionalArgument(QStringLiteral("COMMAND"),
-                                 QStringLiteral("preview | apply | undo | import | export"));
+                                 QStringLiteral("preview | apply | undo | import | export | fields"));
     parser.addPositionalArgument(QStringLiteral("PATH"), tr("要载入的文件或文件夹 (files or folders)"),
                                  QStringLiteral("[PATH...]"));
     if (!parser.parse(arguments))
@@ -414,6 +460,7 @@ int CliApp::run(const QStringList& arguments)
         {"export", true,
          loading + QList<const QCommandLineOption*>{&programme, &contrast, &encoding, &separator, &withExt, &sheet,
                                                     &oldColumn, &newColumn}},
+        {"fields", true, {&format}},
     };
     const Allowed* allowed = nullptr;
     for (const Allowed& entry : table) {
@@ -538,6 +585,9 @@ int CliApp::run(const QStringList& arguments)
             return ExitRowsFailed;
         }
     };
+
+    if (o.command == QLatin1String("fields"))
+        return printFields(session, o.paths, o.format == Format::Json);
 
     if (o.command == QLatin1String("undo")) {
         QString file = o.snapshot;

@@ -1,5 +1,6 @@
 // The command-line tool's logic, kept out of main() so that tests can drive it.
 //   quillet [--settings FILE] [--set "Section/Key=Value"]... COMMAND [options] [PATH...]
+//   quillet fields [--format tsv|json] PATH...
 //
 // Each run builds one Session as the desktop program does, from a copy of the settings
 // file held in memory (nothing is ever written back to it), answers every question the
@@ -17,6 +18,7 @@
 
 namespace qp {
 class CommandRegistry;
+class Session;
 class FileOperations;
 class RenameList;
 }  // namespace qp
@@ -62,6 +64,8 @@ public:
 
 private:
     int fail(const QString& message);
+    // "fields": every metadata field of each file, as TSV (path, tag, value) or JSON.
+    int printFields(const Session& session, const QStringList& paths, bool json);
 
     QTextStream& m_out;
     QTextStream& m_err;

@@ -2,6 +2,7 @@
 
 #include "commands/AdvancedCommands.h"
 #include "commands/ExtensionCommands.h"
+#include "commands/MetadataCommands.h"
 #include "commands/NormalCommands.h"
 #include "commands/ScriptCommands.h"
 
@@ -13,6 +14,7 @@ void registerCommandFamilies(CommandRegistry& registry)
     registerExtensionCommands(registry);
     registerAdvancedCommands(registry);
     scriptcommands::registerScriptCommands(registry);
+    registerMetadataCommands(registry);
 }
 
 }  // namespace qp

@@ -55,4 +55,13 @@ std::unique_ptr<CompiledCommand> CommandRegistry::compile(const CommandSection& 
     return (*it)(section);
 }
 
+bool CommandRegistry::prepareRun(Session& session, const QStringList& sections, qsizetype rows) const
+{
+    for (const RunPreparer& prepare : m_preparers) {
+        if (!prepare(session, sections, rows))
+            return false;
+    }
+    return true;
+}
+
 }  // namespace qp

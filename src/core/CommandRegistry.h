@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace qp {
 
@@ -62,6 +63,11 @@ public:
 
 using CommandFactory = std::function<std::unique_ptr<CompiledCommand>(const CommandSection&)>;
 
+// Runs before a run processes its rows, with the command sections it runs and how many
+// leading rows it processes: a family whose commands read the rows' files reads them all
+// here, once, with progress that can be stopped. False when the user asked to stop.
+using RunPreparer = std::function<bool(Session& session, const QStringList& sections, qsizetype rows)>;
+
 class CommandRegistry {
 public:
     // Registers (or replaces) the factory of one sub-code.
@@ -77,8 +83,13 @@ public:
     // declined to build one).
     std::unique_ptr<CompiledCommand> compile(const CommandSection& section) const;
 
+    void addRunPreparer(RunPreparer preparer) { m_preparers.push_back(std::move(preparer)); }
+    // Every preparer in turn; false as soon as one was stopped.
+    bool prepareRun(Session& session, const QStringList& sections, qsizetype rows) const;
+
 private:
     QHash<QString, CommandFactory> m_factories;
+    std::vector<RunPreparer> m_preparers;
 };
 
 }  // namespace qp

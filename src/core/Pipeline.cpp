@@ -129,7 +129,7 @@ bool Pipeline::runAll(bool allRows, bool keepStates)
     steps.reserve(size_t(sections.size()));
     for (const QString& section : sections)
         steps.push_back(compile(section));
-    if (!runSteps(steps, limit, caption))
+    if (!m_registry.prepareRun(m_session, sections, limit) || !runSteps(steps, limit, caption))
         return false;
     m_session.setNewNamesCurrent(limit == m_session.renameList().size());
     finished(tr("命令序列执行完毕。"));
@@ -161,7 +161,7 @@ bool Pipeline::runOne(const QString& section)
     const bool wereCurrent = m_session.newNamesCurrent();
     m_session.setNewNamesCurrent(false);
     const qsizetype limit = rowLimit(false);
-    if (!runSteps(steps, limit, caption))
+    if (!m_registry.prepareRun(m_session, {section}, limit) || !runSteps(steps, limit, caption))
         return false;
     m_session.setNewNamesCurrent(wereCurrent && limit == m_session.renameList().size());
     finished(tr("命令执行完毕。"));

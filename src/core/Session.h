@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <array>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -15,6 +16,10 @@
 #include "core/Pipeline.h"
 #include "core/RenameList.h"
 #include "core/SettingsStore.h"
+
+namespace qp::metadata {
+class FieldCache;
+}
 
 namespace qp {
 
@@ -109,6 +114,11 @@ public:
     // that took none; unset until one has run. "赋值到" copies it into a user list.
     std::optional<QStringList> numbersForAssignment;
 
+    // The fields read from the rows' files (music tags, photo data …), kept across runs so
+    // that each file is read once. The metadata layer makes it on first use; reading a field
+    // does not change what the session is, so a const session hands it out too.
+    std::shared_ptr<metadata::FieldCache>& fieldCacheSlot() const { return m_fieldCache; }
+
     // Settings changes are written whole to the settings file; false (with a message in
     // the log) when the file could not be written. A session without a file keeps them
     // in memory, as the command line does.
@@ -133,6 +143,7 @@ private:
     bool m_resettingPages = false;
     bool m_newNamesCurrent = false;
     std::array<QStringList, kUserListCount> m_userLists;
+    mutable std::shared_ptr<metadata::FieldCache> m_fieldCache;
     Pipeline m_pipeline{*this};
 };
 

@@ -63,6 +63,10 @@ inline const QString kIgnoreFolderWarning = QStringLiteral("IgnoreUseFindFolderU
 
 inline const QString kUnitVariable = QStringLiteral("UnitVariable");
 
+// "Operation Config": "非 Unicode 标签编码", how text in old tags is decoded (0 automatic,
+// 1 GBK, 2 Big5, 3 Shift_JIS, 4 Latin-1).
+inline const QString kLegacyTagEncoding = QStringLiteral("NonUnicodeTagEncoding");
+
 constexpr int kDefaultHistorySize = 20;
 
 // Scripts (A12 Pascal, A13 Python): the Python program and the time limit, and the answers to

@@ -6,6 +6,7 @@
 #include "core/SettingsKeys.h"
 #include "core/SettingsStore.h"
 #include "expressions/TagParts.h"
+#include "metadata/FieldCatalogue.h"
 
 namespace qp {
 
@@ -166,6 +167,48 @@ QString helpText(const QString& tag, const QString& description, const QString& 
     return help;
 }
 
+// What a field tag's parameter means, by its kind.
+const char* fieldParameterText(metadata::ParameterKind kind)
+{
+    using P = metadata::ParameterKind;
+    switch (kind) {
+    case P::Digits:
+        return QT_TRANSLATE_NOOP("MetaVariableCatalogue", "最少位数：不足时左边补 0，例如 2 时 3 写为 03");
+    case P::Picture:
+        return QT_TRANSLATE_NOOP("MetaVariableCatalogue",
+            "日期时间格式，同 <FDATE> 等：yyyy 年，mm 月，dd 日，hh 时，nn 分，ss 秒……；\n"
+            "另有 zzz 毫秒（文件没有时为 000），oooo 与 UTC 的时差（如 +0800，文件没有时为空）。\n"
+            "按文件记录的当地时间写出，不换算到本机时区。");
+    case P::Flag:
+        return QT_TRANSLATE_NOOP("MetaVariableCatalogue", "是的文字/否的文字，例如 [封面]/ 表示有封面时写 [封面]，没有时什么也不写");
+    case P::Separator:
+        return QT_TRANSLATE_NOOP("MetaVariableCatalogue",
+            "代替值中“/”或“:”的文字（文件名不能含这两个字符）；值有多项时，为项与项之间的文字");
+    case P::Decimals:
+        return QT_TRANSLATE_NOOP("MetaVariableCatalogue", "小数位数");
+    case P::Key:
+        return QT_TRANSLATE_NOOP("MetaVariableCatalogue",
+            "要读取的键名；命令行 quillet fields 文件名 列出文件的全部键，括号中的部分即为键名");
+    case P::None:
+        break;
+    }
+    return "";
+}
+
+MetaVariableInfo fieldInfo(const metadata::FamilyInfo& family, const metadata::FieldInfo& field)
+{
+    MetaVariableInfo info;
+    info.tag = metadata::fieldTag(family.letter, field.name);
+    info.defaultParameter = field.defaultParameter;
+    info.takesParameter = field.parameter != metadata::ParameterKind::None;
+    info.description = family.title + tr("：") + field.description;
+    const TagText text{"", fieldParameterText(field.parameter),
+                       QT_TRANSLATE_NOOP("MetaVariableCatalogue",
+                                         "文件没有此字段时为空；在对应的功能页可改为对象保持不变或使用替代文字。")};
+    info.help = helpText(info.tag, info.description, info.defaultParameter, text);
+    return info;
+}
+
 }  // namespace
 
 const std::vector<MetaVariableInfo>& metaVariableCatalogue()
@@ -176,13 +219,29 @@ const std::vector<MetaVariableInfo>& metaVariableCatalogue()
             MetaVariableInfo info;
             info.tag = u'<' + QString::fromLatin1(expr::tagName(tag)) + u'>';
             info.defaultParameter = expr::tagDefault(tag);
+            info.takesParameter = !info.defaultParameter.isEmpty();
             const TagText text = textFor(tag, info.description);
             info.help = helpText(info.tag, info.description, info.defaultParameter, text);
             list.push_back(std::move(info));
         }
+        for (const metadata::FamilyInfo& family : metadata::fieldFamilies()) {
+            for (const metadata::FieldInfo& field : family.fields)
+                list.push_back(fieldInfo(family, field));
+        }
         return list;
     }();
     return catalogue;
+}
+
+const MetaVariableInfo* metaVariableInfo(const QString& tag)
+{
+    static const QHash<QString, const MetaVariableInfo*> index = [] {
+        QHash<QString, const MetaVariableInfo*> byTag;
+        for (const MetaVariableInfo& info : metaVariableCatalogue())
+            byTag.insert(info.tag, &info);
+        return byTag;
+    }();
+    return index.value(tag.toUpper(), nullptr);
 }
 
 QString metaVariableParameter(const SettingsStore& settings, const MetaVariableInfo& info)

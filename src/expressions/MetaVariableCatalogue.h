@@ -12,14 +12,18 @@ class SettingsStore;
 
 struct MetaVariableInfo {
     QString tag;               // "<SUBSTR>"
-    QString defaultParameter;  // empty: the tag takes no parameter
+    QString defaultParameter;  // may be empty for a tag with a parameter ("<D.FNUMBER>")
     QString description;       // one line, for the grid's "描述" column
     QString help;              // "<SUBSTR>\n\n描述：…\n缺省设置：…\n参数：…"
-    bool hasParameter() const { return !defaultParameter.isEmpty(); }
+    bool takesParameter = false;
+    bool hasParameter() const { return takesParameter; }
 };
 
-// Every tag, in the order the expander looks for them.
+// Every tag, in the order the expander looks for them: the tags of the file, the name and
+// the clock, then the metadata field tags family by family ("<M.TITLE>" …).
 const std::vector<MetaVariableInfo>& metaVariableCatalogue();
+// The entry of a tag ("<M.TITLE>"); null when the catalogue has none.
+const MetaVariableInfo* metaVariableInfo(const QString& tag);
 
 // The parameter as a user edits it: from the settings, with "<20>" read as a blank;
 // the default when none is stored.

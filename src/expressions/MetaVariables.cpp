@@ -150,29 +150,36 @@ bool isNameChar(char16_t c)
     return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'.';
 }
 
-// Every known tag in `text`, left to right.
-void scanTokens(QStringView text, std::vector<Token>& out)
+// Field tags may have longer names than the others ("D.GPSLONGITUDEDMS", a reader's own).
+constexpr int kLongestFieldName = 48;
+
+// Every known tag in `text`, left to right. `fieldTag` gives the tag number of a field
+// tag's upper-case name ("M.TITLE"), or -1.
+template <typename FieldTagOf>
+void scanTokens(QStringView text, std::vector<Token>& out, const FieldTagOf& fieldTag)
 {
     out.clear();
     const qsizetype n = text.size();
     const char16_t* data = reinterpret_cast<const char16_t*>(text.data());
-    char name[kLongestName];
+    char name[kLongestFieldName];
     for (qsizetype i = 0; i < n; ++i) {
         if (data[i] != u'<')
             continue;
         qsizetype j = i + 1;
         int length = 0;
-        while (j < n && isNameChar(data[j]) && length <= kLongestName) {
-            if (length < kLongestName) {
+        while (j < n && isNameChar(data[j]) && length <= kLongestFieldName) {
+            if (length < kLongestFieldName) {
                 const char16_t c = data[j];
                 name[length] = char((c >= u'a' && c <= u'z') ? c - 32 : c);
             }
             ++length;
             ++j;
         }
-        if (j >= n || data[j] != u'>' || length == 0 || length > kLongestName)
+        if (j >= n || data[j] != u'>' || length == 0 || length > kLongestFieldName)
             continue;
-        const int tag = findTag(name, length);
+        int tag = length <= kLongestName ? findTag(name, length) : -1;
+        if (tag < 0 && length >= 3 && name[1] == '.')
+            tag = fieldTag(QLatin1StringView(name, length));
         if (tag >= 0)
             out.push_back({i, int(j - i + 1), tag, -1});
         i = j;  // the '>' cannot open a tag
@@ -435,6 +442,53 @@ struct MetaExpression::Impl {
     mutable std::vector<QString> noted;
     mutable const SettingsStore* store = nullptr;
 
+    // The field tags met in the text, numbered from TagCount on in the order met.
+    struct Field {
+        FieldTag tag;
+        int rank = 0;
+        std::optional<QString> parameter;
+    };
+    mutable std::vector<Field> fields;
+    mutable std::optional<metadata::LegacyEncoding> legacy;
+
+    int fieldTagOf(QLatin1StringView name) const
+    {
+        const QString text = name.toString();
+        if (!isFieldTagName(text))
+            return -1;
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            if (fields[i].tag.family == text[0] && fields[i].tag.name == QStringView(text).mid(2))
+                return TagCount + int(i);
+        }
+        Field field;
+        field.tag.family = text[0];
+        field.tag.name = text.mid(2);
+        field.tag.info = metadata::listedField(field.tag.family, field.tag.name);
+        field.rank = fieldRank(field.tag, int(fields.size()));
+        fields.push_back(std::move(field));
+        return TagCount + int(fields.size()) - 1;
+    }
+    // After every other tag: the listed fields by family and catalogue order, then the
+    // others in the order met.
+    static int fieldRank(const FieldTag& tag, int met)
+    {
+        const int base = kFirstDateTag + kDateGroupCount;
+        if (!tag.info)
+            return base + 1'000'000 + met;
+        const auto& families = metadata::fieldFamilies();
+        int familyIndex = 0;
+        while (families[size_t(familyIndex)].letter != tag.family)
+            ++familyIndex;
+        const auto& listed = families[size_t(familyIndex)].fields;
+        return base + familyIndex * 10'000 + int(tag.info - listed.data());
+    }
+    int rankOf(int tag) const { return tag < TagCount ? tagRank(tag) : fields[size_t(tag - TagCount)].rank; }
+    void scan(QStringView text, std::vector<Token>& out) const
+    {
+        scanTokens(text, out, [this](QLatin1StringView name) { return fieldTagOf(name); });
+    }
+    QString fieldValue(int tag, const FileEntry& entry, const Session& session, ExpansionReport* report) const;
+
     const QString& parameter(int tag) const
     {
         std::optional<QString>& slot = parameters[size_t(tag)];
@@ -457,6 +511,7 @@ struct MetaExpression::Impl {
         const Session& session;
         qsizetype index;
         const FileEntry& entry;
+        ExpansionReport* report;
         mutable std::optional<std::optional<platform::FileInfo>> info;
 
         QString fullPath() const { return entry.path + entry.name + entry.ext; }
@@ -577,8 +632,29 @@ QString MetaExpression::Impl::value(int tag, const Row& row) const
             const QStringList& list = row.session.userList(tag - TUser0);
             return row.index >= 0 && row.index < list.size() ? list.at(row.index) : QString();
         }
+        if (tag >= TagCount)
+            return fieldValue(tag, e, row.session, row.report);
         return {};
     }
+}
+
+QString MetaExpression::Impl::fieldValue(int tag, const FileEntry& entry, const Session& session,
+                                         ExpansionReport* report) const
+{
+    Field& field = fields[size_t(tag - TagCount)];
+    if (!field.parameter) {
+        const QString key = metadata::fieldTag(field.tag.family, field.tag.name);
+        field.parameter = decodeSpaces(store->readString(keys::kUnitVariable, key,
+                                                         field.tag.info ? field.tag.info->defaultParameter : QString()));
+    }
+    if (!legacy)
+        legacy = legacyEncodingOf(*store);
+    const FieldReading reading{options.fields, options.locale, *legacy};
+    if (std::optional<QString> value = fieldTagValue(session, entry, field.tag, *field.parameter, reading, report))
+        return std::move(*value);
+    if (report)
+        ++report->missingFields;
+    return options.fields.missingText.value_or(QString());
 }
 
 void MetaExpression::Impl::dateGroup(int group, const Row& row, QString* values) const
@@ -635,7 +711,7 @@ MetaExpression::MetaExpression(const QString& text, ExpressionOptions options) :
     // Each pass stands for one bracket pair: as many as the rarer of the two brackets.
     d.passes = int(std::min(opens, closes));
     if (d.passes > 0)
-        scanTokens(text, d.firstScan);
+        d.scan(text, d.firstScan);
     d.clean = opens == qsizetype(d.firstScan.size()) && closes == opens;
     if (d.firstScan.empty()) {
         d.constant = true;
@@ -650,7 +726,24 @@ MetaExpression& MetaExpression::operator=(MetaExpression&&) noexcept = default;
 bool MetaExpression::isConstant() const { return m_impl->constant; }
 const QString& MetaExpression::text() const { return m_impl->text; }
 
-QString MetaExpression::expand(const Session& session, qsizetype row) const
+QString MetaExpression::expand(const Session& session, qsizetype row) const { return expandRow(session, row, nullptr); }
+
+QString MetaExpression::expand(const Session& session, qsizetype row, ExpansionReport& report) const
+{
+    return expandRow(session, row, &report);
+}
+
+QString MetaExpression::fieldFamilies() const
+{
+    QString families;
+    for (const Impl::Field& field : m_impl->fields) {
+        if (!families.contains(field.tag.family))
+            families += field.tag.family;
+    }
+    return families;
+}
+
+QString MetaExpression::expandRow(const Session& session, qsizetype row, ExpansionReport* report) const
 {
     const Impl& d = *m_impl;
     if (d.constant)
@@ -660,7 +753,7 @@ QString MetaExpression::expand(const Session& session, qsizetype row) const
 
     static const FileEntry kNoRow;
     const RenameList& list = session.renameList();
-    const Impl::Row context{session, row, row >= 0 && row < list.size() ? list.at(row) : kNoRow, {}};
+    const Impl::Row context{session, row, row >= 0 && row < list.size() ? list.at(row) : kNoRow, report, {}};
 
     // The working text and its known tags. While every bracket of the text belongs to a
     // known tag ("clean") and the values put in hold no bracket, a pass cannot create or
@@ -680,7 +773,7 @@ QString MetaExpression::expand(const Session& session, qsizetype row) const
         next.reserve(work.size() + 32);
         qsizetype copied = 0;
         for (const Token& t : tokens) {
-            const bool now = t.slot < 0 && tagRank(t.tag) == rank;
+            const bool now = t.slot < 0 && d.rankOf(t.tag) == rank;
             if (t.slot < 0 && !now)
                 continue;
             next += QStringView(work).mid(copied, t.pos - copied);
@@ -692,10 +785,10 @@ QString MetaExpression::expand(const Session& session, qsizetype row) const
     };
 
     for (int pass = 0; pass < d.passes; ++pass) {
-        int rank = TagCount;
+        int rank = std::numeric_limits<int>::max();
         int first = -1;
         for (const Token& t : tokens) {
-            const int r = tagRank(t.tag);
+            const int r = d.rankOf(t.tag);
             if (t.slot < 0 && r < rank) {
                 rank = r;
                 first = t.tag;
@@ -705,7 +798,7 @@ QString MetaExpression::expand(const Session& session, qsizetype row) const
             break;  // nothing known is left: every later pass would find the same
         int groupFirst = -1;
         int count = 1;
-        if (first >= kFirstDateTag) {
+        if (first >= kFirstDateTag && first < TagCount) {
             const int group = groupOf(first);
             groupFirst = groupStart(group);
             count = groupSize(group);
@@ -718,7 +811,7 @@ QString MetaExpression::expand(const Session& session, qsizetype row) const
             bracketFree = !values[i].contains(u'<') && !values[i].contains(u'>');
         if (bracketFree) {
             for (Token& t : tokens) {
-                if (t.slot < 0 && tagRank(t.tag) == rank) {
+                if (t.slot < 0 && d.rankOf(t.tag) == rank) {
                     t.slot = int(noted.size());
                     noted.push_back(values[groupFirst >= 0 ? t.tag - groupFirst : 0]);
                 }
@@ -727,7 +820,7 @@ QString MetaExpression::expand(const Session& session, qsizetype row) const
         }
         rebuild(rank, groupFirst);
         noted.clear();
-        scanTokens(work, tokens);
+        d.scan(work, tokens);
         clean = !d.options.stepByStep && work.count(u'<') == qsizetype(tokens.size()) &&
                 work.count(u'>') == qsizetype(tokens.size());
     }

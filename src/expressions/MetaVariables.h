@@ -3,6 +3,8 @@
 // a MetaExpression and then expands it for many rows.
 //
 // Tags are "<", capital letters, digits or a dot, ">", matched without regard to ASCII case.
+// The metadata field tags ("<M.TITLE>", a family letter, a dot and a field name) come after
+// every other tag in the search order.
 // Each pass over the working text expands the first tag found in the fixed search order,
 // computing its value once and replacing every occurrence; there are as many passes as the
 // text has bracket pairs, and the brackets left over at the end are removed.
@@ -15,6 +17,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+
+#include "expressions/FieldTags.h"
 
 namespace qp {
 
@@ -30,6 +34,8 @@ struct ExpressionOptions {
     // Rebuild and rescan the text after every pass even where a pass cannot have made or
     // broken a tag; slower, with the same results (tests compare the two).
     bool stepByStep = false;
+    // How field tags ("<M.TITLE>") read and stand in for fields a file lacks.
+    FieldOptions fields;
 };
 
 class MetaExpression {
@@ -44,12 +50,18 @@ public:
     // are empty. Tag parameters are read from the session's settings at the first use and
     // kept for the life of this object.
     QString expand(const Session& session, qsizetype row) const;
+    // The same, telling which field tags had no value.
+    QString expand(const Session& session, qsizetype row, ExpansionReport& report) const;
 
     // True when no row can change the result (no known tag in the text).
     bool isConstant() const;
+    // The families of the field tags in the text ("MD"), in the order they first appear.
+    QString fieldFamilies() const;
     const QString& text() const;
 
 private:
+    QString expandRow(const Session& session, qsizetype row, ExpansionReport* report) const;
+
     struct Impl;
     std::unique_ptr<Impl> m_impl;
 };

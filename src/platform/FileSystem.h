@@ -168,6 +168,33 @@ ReadResult readFile(PathView path, std::uint64_t maxBytes);
 // device or named pipe gives false at once (never waits for a writer).
 bool readChunks(PathView path, std::size_t chunkBytes, const std::function<bool(std::string_view)>& each);
 
+// A file opened for reading only, the way the readers of file metadata see a file: through
+// offsets into its bytes, never by its path (several of their libraries cannot open every
+// path Windows can hold). Other programs may read, write, rename or delete it meanwhile.
+class ReadOnlyFile {
+public:
+    ReadOnlyFile() = default;
+    ~ReadOnlyFile() { close(); }
+    ReadOnlyFile(const ReadOnlyFile&) = delete;
+    ReadOnlyFile& operator=(const ReadOnlyFile&) = delete;
+
+    // Regular files only: a folder, device or named pipe, like a missing or unreadable
+    // file, gives false and leaves nothing open (opening a pipe never waits for a writer).
+    bool open(PathView path);
+    void close();
+    bool isOpen() const { return m_handle != kClosed; }
+    // The size when it was opened.
+    std::uint64_t size() const { return m_size; }
+    // Reads up to `count` bytes from `offset`: the number read, which is less than `count`
+    // only at the end of the file (0 at or past it), or -1 when the read failed.
+    std::int64_t readAt(std::uint64_t offset, void* buffer, std::size_t count) const;
+
+private:
+    static constexpr std::intptr_t kClosed = -1;
+    std::intptr_t m_handle = kClosed;  // a descriptor or a HANDLE
+    std::uint64_t m_size = 0;
+};
+
 // Writes `bytes` to a temporary file beside `path`, flushes it to disk and moves it over
 // `path`, so that readers see either the old or the new file whole. This is for the
 // program's own state files (settings, snapshots, command files), never for a rename.

@@ -13,6 +13,7 @@
 #include <cwctype>
 #include <condition_variable>
 #include <deque>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <system_error>
@@ -964,6 +965,49 @@ void AppendFile::close()
 {
     if (isOpen()) ::close(static_cast<int>(m_handle));
     m_handle = kClosed;
+}
+
+bool ReadOnlyFile::open(PathView path)
+{
+    close();
+    const auto bytes = toUtf8Path(path);
+    if (!bytes) return false;
+    // Non-blocking, so that a named pipe cannot hold the open up; it is refused below.
+    const int fd = ::open(bytes->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) return false;
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return false;
+    }
+    ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    m_handle = fd;
+    m_size = static_cast<std::uint64_t>(st.st_size);
+    return true;
+}
+
+void ReadOnlyFile::close()
+{
+    if (isOpen()) ::close(static_cast<int>(m_handle));
+    m_handle = kClosed;
+    m_size = 0;
+}
+
+std::int64_t ReadOnlyFile::readAt(std::uint64_t offset, void* buffer, std::size_t count) const
+{
+    if (!isOpen() || offset > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) return -1;
+    std::size_t used = 0;
+    while (used < count) {
+        const ssize_t got = ::pread(static_cast<int>(m_handle), static_cast<char*>(buffer) + used, count - used,
+                                    static_cast<off_t>(offset + used));
+        if (got == 0) break;
+        if (got < 0) {
+            if (errno == EINTR) continue;
+            return -1;
+        }
+        used += static_cast<std::size_t>(got);
+    }
+    return static_cast<std::int64_t>(used);
 }
 
 bool listNames(PathView folder, const std::function<void(PathView name, EntryKind kind)>& each)

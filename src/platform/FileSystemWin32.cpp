@@ -3,13 +3,7 @@
 // limit so that long paths keep working.
 #ifdef _WIN32
 
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#ifndef WIN32_LEAN_AND_MEAN
-#define WIN32_LEAN_AND_MEAN
-#endif
-#include <windows.h>
+#include "platform/Win32.h"
 
 #include "platform/FileSystem.h"
 #include "platform/Win32Errors.h"
@@ -698,6 +692,53 @@ void AppendFile::close()
 {
     if (isOpen()) CloseHandle(reinterpret_cast<HANDLE>(m_handle));
     m_handle = kClosed;
+}
+
+bool ReadOnlyFile::open(PathView path)
+{
+    close();
+    // Without FILE_FLAG_BACKUP_SEMANTICS a folder cannot be opened; a pipe or device is
+    // refused by its type.
+    const HANDLE h = CreateFileW(wide(toWin32(path)), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                 nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_RANDOM_ACCESS, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    LARGE_INTEGER size;
+    if (GetFileType(h) != FILE_TYPE_DISK || !GetFileSizeEx(h, &size)) {
+        CloseHandle(h);
+        return false;
+    }
+    m_handle = reinterpret_cast<std::intptr_t>(h);
+    m_size = static_cast<std::uint64_t>(size.QuadPart);
+    return true;
+}
+
+void ReadOnlyFile::close()
+{
+    if (isOpen()) CloseHandle(reinterpret_cast<HANDLE>(m_handle));
+    m_handle = kClosed;
+    m_size = 0;
+}
+
+std::int64_t ReadOnlyFile::readAt(std::uint64_t offset, void* buffer, std::size_t count) const
+{
+    if (!isOpen()) return -1;
+    std::size_t used = 0;
+    while (used < count) {
+        // The OVERLAPPED offset makes a synchronous handle read from there.
+        OVERLAPPED at{};
+        const std::uint64_t where = offset + used;
+        at.Offset = static_cast<DWORD>(where);
+        at.OffsetHigh = static_cast<DWORD>(where >> 32);
+        const DWORD chunk = static_cast<DWORD>(std::min<std::size_t>(count - used, 1u << 30));
+        DWORD got = 0;
+        if (!ReadFile(reinterpret_cast<HANDLE>(m_handle), static_cast<char*>(buffer) + used, chunk, &got, &at)) {
+            if (GetLastError() == ERROR_HANDLE_EOF) break;
+            return -1;
+        }
+        if (got == 0) break;
+        used += got;
+    }
+    return static_cast<std::int64_t>(used);
 }
 
 bool listNames(PathView folder, const std::function<void(PathView name, EntryKind kind)>& each)

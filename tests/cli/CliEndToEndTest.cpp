@@ -12,6 +12,7 @@
 #include <QRegularExpression>
 #include <map>
 
+#include "../support/MetadataSamples.h"
 #include "../support/Spreadsheet.h"
 #include "../support/TempTree.h"
 #include "core/PathText.h"
@@ -290,6 +291,7 @@ TEST_F(CliBinary, ExitCodes)
         {{"import", "--programme", swap}, 0},
         {{}, 2},
         {{"frobnicate"}, 2},
+        {{"fields"}, 2},
         {{"--set", "no-section", "preview", "d"}, 2},
         {{"preview", "--format", "xml", "d"}, 2},
         {{"preview", "--commands", "missing.frc", "d"}, 2},
@@ -334,6 +336,28 @@ TEST_F(CliBinary, HelpSpeaksTheLanguageOfTheSettings)
     EXPECT_TRUE(help.out.startsWith("Usage: quillet")) << help.out.toStdString();
     EXPECT_TRUE(help.out.contains("load everything below the folders"));
     EXPECT_FALSE(help.out.contains(QRegularExpression(QStringLiteral("[\\x{4e00}-\\x{9fff}]")))) << help.out.toStdString();
+}
+
+TEST_F(CliBinary, FieldsListsEveryFieldOfEachFile)
+{
+    const QString mp3 = test::metadataSample("id3v1.mp3");
+    const QString jpeg = test::metadataSample("exif.jpg");
+    const Outcome tsv = run({"fields", mp3, jpeg});
+    EXPECT_EQ(tsv.code, 0) << tsv.err.toStdString();
+    EXPECT_TRUE(tsv.out.contains(nativeSeparators(mp3) + "\t<M.TITLE>\t七里香\n"));
+    EXPECT_TRUE(tsv.out.contains(nativeSeparators(jpeg) + "\t<D.KEY>(Exif.Image.Model)\tCanon EOS R5\n"));
+    EXPECT_FALSE(tsv.out.contains(nativeSeparators(jpeg) + "\t<M."));
+
+    const Outcome json = run({"fields", "--format", "json", mp3});
+    const QJsonArray files = QJsonDocument::fromJson(json.out.toUtf8()).array();
+    ASSERT_EQ(files.size(), 1);
+    EXPECT_EQ(files[0]["path"].toString(), nativeSeparators(mp3));
+    EXPECT_TRUE(files[0]["fields"].toArray().contains(QJsonObject{{"tag", "<M.ARTIST>"}, {"value", "周杰伦"}}));
+
+    const Outcome missing = run({"fields", tree.path("nope.mp3"), mp3});
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_TRUE(missing.err.contains("不是可读取的文件")) << missing.err.toStdString();
+    EXPECT_TRUE(missing.out.contains("七里香"));
 }
 
 }  // namespace

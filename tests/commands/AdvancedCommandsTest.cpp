@@ -9,12 +9,13 @@
 #include "core/CommandRegistry.h"
 #include "core/Session.h"
 #include "../support/QStringPrinter.h"
+#include "../support/CommandRows.h"
 #include "../support/TempTree.h"
 
 namespace qp {
 namespace {
 
-using Params = std::vector<std::pair<const char*, const char*>>;
+using test::Params;
 
 // Runs advanced commands through the real pipeline. The commands tell files from folders by
 // the row as it was loaded, so the rows need not exist on disk; they live under a real
@@ -28,27 +29,12 @@ protected:
 
     QString addCommand(const char* code, const Params& params)
     {
-        SettingsStore& store = session.settings();
-        const qint64 n = store.readInt("CommandList", "CommandListCount", 0) + 1;
-        const QString section = QStringLiteral("CMD_%1%2").arg(QLatin1String(code)).arg(++sections);
-        store.writeString(section, "CMDid", code);
-        store.writeString(section, "CMDComment", advancedCommandComment(code));
-        for (const auto& [key, value] : params)
-            store.writeRaw(section, key, QString::fromUtf8(value));
-        store.writeInt("CommandList", "CommandListCount", n);
-        store.writeString("CommandList", QString::number(n), section);
-        return section;
+        return test::appendCommand(session.settings(), QLatin1String(code), advancedCommandComment(code), params);
     }
 
     void addRow(const char* fileName, bool folder = false, const char* folderName = "d")
     {
-        const NameParts parts = splitFileName(QString::fromUtf8(fileName), folder);
-        FileEntry row;
-        row.path = tree.path(folderName) + '/';
-        row.name = row.newName = parts.name;
-        row.ext = row.newExt = parts.ext;
-        row.isFolder = folder;
-        session.renameList().append(row);
+        test::appendRow(session.renameList(), tree.path(folderName) + '/' + QString::fromUtf8(fileName), folder);
     }
 
     // Each row's new pair as "name|ext".
@@ -79,7 +65,6 @@ protected:
     }
 
     test::TempTree tree;
-    int sections = 0;
     ScriptedInteraction ui;
     Session session;
 };

@@ -5,6 +5,7 @@
 
 #include "commands/ExtensionCommands.h"
 #include "core/Session.h"
+#include "../support/CommandRows.h"
 #include "../support/TempTree.h"
 #include "../support/QStringPrinter.h"
 
@@ -12,7 +13,7 @@
 namespace qp {
 namespace {
 
-using Params = std::vector<std::pair<const char*, const char*>>;
+using test::Params;
 
 // A byte string literal with its embedded zero bytes (the terminating one left out).
 template <size_t N>
@@ -43,16 +44,7 @@ protected:
 
     void addCommand(const char* code, const Params& params)
     {
-        SettingsStore& store = session.settings();
-        const qint64 n = store.readInt("CommandList", "CommandListCount", 0) + 1;
-        // A fresh section each time, so that no key of an earlier case is read again.
-        const QString section = QStringLiteral("CMD_%1%2").arg(QLatin1String(code)).arg(++sections);
-        store.writeString(section, "CMDid", code);
-        store.writeString(section, "CMDComment", extensionCommandComment(code));
-        for (const auto& [key, value] : params)
-            store.writeRaw(section, key, QString::fromUtf8(value));
-        store.writeInt("CommandList", "CommandListCount", n);
-        store.writeString("CommandList", QString::number(n), section);
+        test::appendCommand(session.settings(), QLatin1String(code), extensionCommandComment(code), params);
     }
 
     void addFile(const std::string& relative, const std::string& content = "x")
@@ -63,17 +55,7 @@ protected:
     // A row whose object is not (or no longer) on disk.
     void addMissing(const std::string& relative) { addRow(tree.path(relative), false); }
 
-    void addRow(const QString& fullPath, bool folder)
-    {
-        const PathParts where = splitPath(fullPath);
-        const NameParts parts = splitFileName(where.fileName, folder);
-        FileEntry row;
-        row.path = where.folder;
-        row.name = row.newName = parts.name;
-        row.ext = row.newExt = parts.ext;
-        row.isFolder = folder;
-        session.renameList().append(row);
-    }
+    void addRow(const QString& fullPath, bool folder) { test::appendRow(session.renameList(), fullPath, folder); }
 
     // Each row's new pair as "name|ext", so that where the split falls is part of the result.
     QStringList run()
@@ -92,7 +74,6 @@ protected:
     }
 
     test::TempTree tree;
-    int sections = 0;
     ScriptedInteraction ui;
     Session session;
 };

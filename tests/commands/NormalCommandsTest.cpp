@@ -5,13 +5,14 @@
 
 #include "commands/NormalCommands.h"
 #include "core/Session.h"
+#include "../support/CommandRows.h"
 #include "../support/QStringPrinter.h"
 
 
 namespace qp {
 namespace {
 
-using Params = std::vector<std::pair<const char*, const char*>>;
+using test::Params;
 
 // One command over one name, through the real pipeline.
 struct Case {
@@ -37,15 +38,8 @@ protected:
 
     void setCommand(const char* code, const Params& params)
     {
-        SettingsStore& store = session.settings();
-        store.eraseSection("CommandList");
-        const QString section = QStringLiteral("CMD_%1_%2").arg(QLatin1String(code)).arg(++sections);
-        store.writeString(section, "CMDid", code);
-        store.writeString(section, "CMDComment", normalCommandComment(code));
-        for (const auto& [key, value] : params)
-            store.writeRaw(section, key, QString::fromUtf8(value));
-        store.writeInt("CommandList", "CommandListCount", 1);
-        store.writeString("CommandList", "1", section);
+        session.settings().eraseSection("CommandList");
+        test::appendCommand(session.settings(), QLatin1String(code), normalCommandComment(code), params);
     }
 
     void setRows(const std::vector<Row>& rows)
@@ -66,10 +60,7 @@ protected:
     QStringList run()
     {
         EXPECT_TRUE(session.pipeline().runAll(true));
-        QStringList names;
-        for (const FileEntry& row : session.renameList().rows())
-            names.append(row.newName);
-        return names;
+        return test::newNames(session.renameList());
     }
 
     QString runOn(const Case& c)
@@ -91,7 +82,6 @@ protected:
 
     ScriptedInteraction ui;
     Session session;
-    int sections = 0;
 };
 
 // "😀" is one character of two UTF-16 code units; "𠀀" (U+20000) is a CJK ideograph of two.

@@ -562,6 +562,43 @@ TEST_F(TempTree, ReadChunksHandsOverTheWholeFileInFullPieces)
 #endif
 }
 
+TEST_F(TempTree, ReadOnlyFileReadsAtOffsetsAndRefusesWhatIsNoFile)
+{
+    writeText(root_ / "data", "0123456789");
+    ReadOnlyFile file;
+    ASSERT_TRUE(file.open(at("data")));
+    EXPECT_EQ(file.size(), 10u);
+    char buffer[8] = {};
+    struct Case {
+        std::uint64_t offset;
+        std::size_t count;
+        std::string expected;
+    };
+    for (const Case& c : {Case{0, 4, "0123"}, Case{6, 8, "6789"}, Case{10, 4, ""}, Case{1000, 4, ""}}) {
+        const std::int64_t got = file.readAt(c.offset, buffer, c.count);
+        ASSERT_GE(got, 0) << c.offset;
+        EXPECT_EQ(std::string(buffer, std::size_t(got)), c.expected) << c.offset;
+    }
+    // The file stays readable while another program renames it away.
+    std::error_code ec;
+    fs::rename(root_ / "data", root_ / "moved", ec);
+    if (!ec) {
+        EXPECT_EQ(file.readAt(2, buffer, 2), 2);
+    }
+    file.close();
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_EQ(file.readAt(0, buffer, 1), -1);
+
+    fs::create_directory(root_ / "dir");
+    EXPECT_FALSE(file.open(at("dir")));
+    EXPECT_FALSE(file.open(at("nope")));
+#ifndef _WIN32
+    ASSERT_EQ(::mkfifo((root_ / "pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(file.open(at("pipe")));
+#endif
+    EXPECT_FALSE(file.isOpen());
+}
+
 // ---- walk ----------------------------------------------------------------------------
 
 TEST_F(TempTree, WalkListsDepthFirstWithFoldersBeforeTheirContents)

@@ -28,6 +28,7 @@
 #include "ui/dialogs/N3EditorForms.h"
 #include "ui/dialogs/ReplaceEditForm.h"
 #include "PageDriver.h"
+#include "../support/CommandRows.h"
 #include "../support/QStringPrinter.h"
 #include "ui/pages/FrameFileRenameAdvanced.h"
 #include "ui/pages/FrameFileRenameExt.h"
@@ -85,13 +86,7 @@ protected:
     const Session& pageSession() const override { return session; }
 
 
-    QStringList newNames() const
-    {
-        QStringList names;
-        for (const FileEntry& row : session.renameList().rows())
-            names.append(row.newName);
-        return names;
-    }
+    QStringList newNames() const { return qp::test::newNames(session.renameList()); }
 
 
     BusyInteraction interaction;

@@ -1,4 +1,4 @@
-// Saves PNGs of the function pages (normal, extension and advanced families), their sections and the normal
+// Saves PNGs of the function pages (normal, extension, advanced and metadata families), their sections and the normal
 // family's forms, for the README and the screenshot script: page_shots OUTDIR (run with QT_QPA_PLATFORM=offscreen
 // where there is no screen).
 #include <QAbstractItemView>
@@ -22,7 +22,9 @@
 #include "ui/dialogs/N3EditorForms.h"
 #include "ui/dialogs/ReplaceEditForm.h"
 #include "ui/pages/FrameFileRenameAdvanced.h"
+#include "metadata/FieldCatalogue.h"
 #include "ui/pages/FrameFileRenameExt.h"
+#include "ui/pages/FrameFileRenameMetadata.h"
 #include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/widgets/CheckListComboBox.h"
 
@@ -118,6 +120,14 @@ int main(int argc, char* argv[])
     ok = save(ext, dir, QStringLiteral("ext-page.png")) && ok;
     for (const char* code : {"E1", "E2", "E3", "E4", "E5", "E6", "E7"})
         ok = ext.section(QString::fromLatin1(code))->grab().save(dir.filePath(QStringLiteral("ext-%1.png").arg(code))) && ok;
+
+    // One page per metadata field family, each with its template recorded.
+    for (const metadata::FamilyInfo& family : metadata::fieldFamilies()) {
+        TFrameFileRenameMetadata fields(session, family.letter);
+        fields.resize(340, 720);
+        fields.findChild<QRadioButton*>(QStringLiteral("RadioButton") + family.letter + QStringLiteral("1Whole"))->click();
+        ok = save(fields, dir, QStringLiteral("metadata-%1-page.png").arg(family.letter)) && ok;
+    }
 
     TReplaceEditForm replace(QStringLiteral("IMG_|DSC_|副本"), QStringLiteral("照片_|相机_|"));
     ok = save(replace, dir, QStringLiteral("replace-editor.png")) && ok;

@@ -330,11 +330,20 @@ QWidget* TConfigForm::buildGeneralTab()
     scriptLayout->addLayout(row({new QLabel(tr("Python 程序："), scripts), python}));
     auto* limit = bind(spinBox(1, 3600, scripts), kScriptConfig, kScriptTimeLimit, kDefaultScriptTimeLimit, true);
     scriptLayout->addLayout(row({new QLabel(tr("脚本运行时间上限（秒）："), scripts), limit}));
+    // How the text of old music tags and photo data is decoded when it does not say.
+    auto* tags = new QGroupBox(tr("文件信息"), page);
+    auto* tagsLayout = new QVBoxLayout(tags);
+    auto* legacy = bind(choices({{tr("自动（选常用汉字最多的解码）"), 0}, {QStringLiteral("GBK"), 1}, {QStringLiteral("Big5"), 2},
+                                 {QStringLiteral("Shift_JIS"), 3}, {QStringLiteral("Latin-1"), 4}},
+                                tags),
+                        kOperation, kLegacyTagEncoding, 0, true);
+    tagsLayout->addLayout(row({new QLabel(tr("非 Unicode 标签编码："), tags), legacy}));
 
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(ignore);
     layout->addWidget(window);
     layout->addWidget(scripts);
+    layout->addWidget(tags);
     layout->addStretch(1);
     return page;
 }
@@ -359,7 +368,10 @@ QWidget* TConfigForm::buildMetaVariableTab()
     m_metaGrid->verticalHeader()->setDefaultSectionSize(m_metaGrid->fontMetrics().height() + 6);
     m_metaGrid->horizontalHeader()->setHighlightSections(false);
     m_metaGrid->horizontalHeader()->setSectionResizeMode(ColDescription, QHeaderView::Stretch);
-    m_metaGrid->setColumnWidth(ColName, m_metaGrid->fontMetrics().horizontalAdvance(QStringLiteral("<DIFNSUBSTR>")) + 24);
+    int nameWidth = 0;
+    for (const MetaVariableInfo& info : catalogue)
+        nameWidth = std::max(nameWidth, m_metaGrid->fontMetrics().horizontalAdvance(info.tag));
+    m_metaGrid->setColumnWidth(ColName, nameWidth + 24);
     m_metaGrid->setColumnWidth(ColValue, m_metaGrid->fontMetrics().horizontalAdvance(QStringLiteral("<FCY>-<FCM>-<FCD>")) + 24);
     for (int r = 0; r < int(catalogue.size()); ++r) {
         const MetaVariableInfo& info = catalogue[size_t(r)];

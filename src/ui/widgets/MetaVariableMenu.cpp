@@ -10,6 +10,7 @@
 #include "core/SettingsKeys.h"
 #include "expressions/MetaVariableCatalogue.h"
 #include "expressions/TagParts.h"
+#include "metadata/FieldCatalogue.h"
 #include "ui/dialogs/MetaVariableWarningForms.h"
 
 namespace qp::ui {
@@ -112,6 +113,21 @@ QMenu* MetaVariableInserter::createMenu(QLineEdit* target, QWidget* parent)
         const int members = date ? 5 : 4;
         addTags(menu->addMenu(trMenu(dateTitles[group])), tag, tag + members - 1, described);
         tag += members;
+    }
+
+    // The metadata field tags, one menu per family.
+    menu->addSeparator();
+    for (const metadata::FamilyInfo& family : metadata::fieldFamilies()) {
+        QMenu* fields = menu->addMenu(QStringLiteral("%1 (%2)").arg(family.title, family.letter));
+        fields->setToolTipsVisible(true);
+        for (const metadata::FieldInfo& field : family.fields) {
+            const QString fieldTag = metadata::fieldTag(family.letter, field.name);
+            QAction* action = fields->addAction(fieldTag + QStringLiteral("  ") + field.description);
+            action->setData(fieldTag);
+            if (const MetaVariableInfo* info = metaVariableInfo(fieldTag))
+                action->setToolTip(info->help);
+            connect(action, &QAction::triggered, this, [this, target, fieldTag] { insert(target, fieldTag); });
+        }
     }
     return menu;
 }

@@ -1,5 +1,5 @@
 // The "元变量" quick-insert menu beside a command text box: every meta-variable tag, grouped
-// by what it reads, with a short description. Choosing one inserts the tag at the text
+// by what it reads (the metadata field tags by family), with a short description. Choosing one inserts the tag at the text
 // box's cursor; tags that hash file contents or walk folders warn first, unless the user
 // switched that warning off.
 #pragma once

@@ -29,11 +29,13 @@
 #include "core/CommandList.h"
 #include "core/PathText.h"
 #include "core/SettingsKeys.h"
+#include "metadata/FieldCatalogue.h"
 #include "ui/models/CommandListModel.h"
 #include "ui/models/MessageModel.h"
 #include "ui/models/RenameListModel.h"
 #include "ui/pages/FrameFileRenameAdvanced.h"
 #include "ui/pages/FrameFileRenameExt.h"
+#include "ui/pages/FrameFileRenameMetadata.h"
 #include "ui/pages/FrameFileRenameNormal.h"
 #include "ui/window/FunctionPanel.h"
 #include "ui/window/LoadBar.h"
@@ -156,6 +158,14 @@ QWidget* MainWindow::buildFileRenamePage()
     auto* advanced = new TFrameFileRenameAdvanced(m_session);
     advanced->setDialogRunner(windowRunner);
     m_panel->addPage(tr("1.A.高级更名"), {QStringLiteral("A1"), QStringLiteral("A1_1")}, advanced);
+    // One page per metadata field family (music, photo, media …), each serving its letter.
+    std::vector<TFrameFileRenameMetadata*> fieldPages;
+    for (const metadata::FamilyInfo& family : metadata::fieldFamilies()) {
+        auto* fields = new TFrameFileRenameMetadata(m_session, family.letter);
+        fields->setDialogRunner(windowRunner);
+        m_panel->addPage(family.pageTitle, {QString(family.letter)}, fields);
+        fieldPages.push_back(fields);
+    }
 
     m_loadBar = new LoadBar(m_session, page);
     m_renameModel = new RenameListModel(m_session.renameList(), this);
@@ -174,6 +184,12 @@ QWidget* MainWindow::buildFileRenamePage()
     m_renameGrid->setColumnWidth(RenameListModel::ColIcon, 28);
     m_renameGrid->setColumnWidth(RenameListModel::ColState, 28);
     connect(header, &QHeaderView::sectionClicked, this, &MainWindow::sortByColumn);
+    // The field pickers of the metadata pages follow the current row.
+    connect(m_renameGrid->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [fieldPages](const QModelIndex& current) {
+                for (TFrameFileRenameMetadata* fields : fieldPages)
+                    fields->showFieldsOf(current.isValid() ? current.row() : -1);
+            });
     connect(m_renameModel, &RenameListModel::ticksChanged, this, &MainWindow::scheduleRerun);
 
     m_commandModel = new CommandListModel(m_session.commandList(), this);
