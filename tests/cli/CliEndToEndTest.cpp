@@ -10,6 +10,9 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QThread>
+#include <csignal>
+#include <fstream>
 #include <map>
 
 #include "../support/MetadataSamples.h"
@@ -358,6 +361,55 @@ TEST_F(CliBinary, FieldsListsEveryFieldOfEachFile)
     EXPECT_EQ(missing.code, 1);
     EXPECT_TRUE(missing.err.contains("不是可读取的文件")) << missing.err.toStdString();
     EXPECT_TRUE(missing.out.contains("七里香"));
+}
+
+// Killed at any instant, an apply leaves a journal from which `quillet undo` restores every
+// name: a plain batch and a cycle through temporary names, each killed at several points.
+TEST_F(CliBinary, KilledApplyIsUndoneCompletely)
+{
+    constexpr int kFiles = 20000;
+    std::filesystem::create_directories(tree.root() / "k");
+    std::string cycle = "\xEF\xBB\xBF[Rename Programme]\r\n";
+    for (int i = 0; i < kFiles; ++i) {
+        std::ofstream(tree.root() / "k" / ("f" + std::to_string(i))) << i;
+        cycle += tree.path("k/f" + std::to_string(i)).toStdString() + "=f" + std::to_string((i + 1) % kFiles) + "\r\n";
+    }
+    const QString programmeFile = tree.file("cycle.txt", cycle);
+    const QString commands = tree.file("add.frc", "[CommandList]\r\nCommandListCount=1\r\n1=CMD_N1012024\r\n"
+                                                  "[CMD_N1012024]\r\nCMDid=N101\r\nN1_AddStr=_x\r\nN1_AddRight=1\r\n");
+    const std::map<QString, QByteArray> before = files("k");
+    ASSERT_EQ(before.size(), size_t(kFiles));
+    for (const bool twoPass : {false, true}) {
+        int killedMidway = 0;
+        for (const int delayMs : {0, 30, 120}) {
+            SCOPED_TRACE(std::string(twoPass ? "cycle" : "plain") + " killed after " + std::to_string(delayMs) + " ms");
+            std::filesystem::remove_all(tree.root() / "conf");
+            QProcess apply;
+            apply.setStandardOutputFile(QProcess::nullDevice());
+            apply.setStandardErrorFile(QProcess::nullDevice());
+            const QStringList arguments =
+                twoPass ? QStringList{"import", "--programme", programmeFile, "--apply"}
+                        : QStringList{"apply", "--recursive", "--no-folder-rows", "--commands", commands, tree.path("k")};
+            apply.start(QStringLiteral(QUILLET_BINARY), QStringList{"--settings", settingsFile()} + arguments);
+            ASSERT_TRUE(apply.waitForStarted());
+            // The renames start once the journal is there.
+            while (snapshots().isEmpty() && !apply.waitForFinished(1)) {
+            }
+            QThread::msleep(delayMs);
+            ::kill(pid_t(apply.processId()), SIGKILL);
+            apply.waitForFinished(-1);
+            const QStringList written = snapshots();
+            ASSERT_EQ(written.size(), 1);
+            QFile journal(written.first());
+            ASSERT_TRUE(journal.open(QIODevice::ReadOnly));
+            killedMidway += journal.readAll().contains("[Rename Journal]") ? 1 : 0;
+            journal.close();
+            const Outcome undone = run({"undo"});
+            EXPECT_EQ(undone.code, 0) << undone.err.left(2000).toStdString();
+            EXPECT_TRUE(files("k") == before);
+        }
+        EXPECT_GT(killedMidway, 0) << "no run was killed while renaming";
+    }
 }
 
 }  // namespace

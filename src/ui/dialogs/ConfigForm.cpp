@@ -20,6 +20,7 @@
 
 #include "core/SettingsKeys.h"
 #include "core/SettingsStore.h"
+#include "platform/FileSystem.h"
 #include "execution/Preview.h"
 #include "execution/RenameRunner.h"
 #include "expressions/MetaVariableCatalogue.h"
@@ -213,6 +214,20 @@ QWidget* TConfigForm::buildOperationTab()
     auto* after = bind(choices({{tr("清空命令列表"), 1}, {tr("保留命令列表，对更名后的文件重新执行"), 0}}, apply),
                        kOperation, kAfterApplyClearCmd, true);
     applyLayout->addLayout(row({new QLabel(tr("更名完成后："), apply), after}));
+    // Windows always holds names to its rules; elsewhere they are a choice, for names that
+    // must also work on Windows (shared drives, archives).
+    const QString safeText = tr("新文件名遵守 Windows 的命名规则");
+    auto* safe = platform::windowsNamesAlways()
+                     ? new QCheckBox(safeText, apply)
+                     : bind(new QCheckBox(safeText, apply), kOperation, kWindowsSafeNames, false, true);
+    if (platform::windowsNamesAlways()) {
+        safe->setChecked(true);
+        safe->setEnabled(false);
+    }
+    safe->setObjectName(QStringLiteral("CheckBoxWindowsSafeNames"));
+    safe->setToolTip(tr("预览时删除 \\ / : * ? < > | 和控制字符以及末尾的点和空格，并为 CON、NUL、COM1 等设备名编号。"
+                        "Windows 下始终如此；Linux 下不选时只删除“/”。"));
+    applyLayout->addWidget(safe);
     auto* simple = bind(spinBox(0, kNumberLimit, apply), kOperation, kRenameSelectCount, 10000);
     applyLayout->addLayout(
         row({new QLabel(tr("对象数达到"), apply), simple, new QLabel(tr("个时，询问是否选择简单更名"), apply)}));
