@@ -49,6 +49,361 @@
     </message>
 </context>
 <context>
+    <name>FieldCatalogue</name>
+    <message>
+        <source>标题</source>
+        <translation>Title</translation>
+    </message>
+    <message>
+        <source>艺术家</source>
+        <translation>Artist</translation>
+    </message>
+    <message>
+        <source>专辑</source>
+        <translation>Album</translation>
+    </message>
+    <message>
+        <source>专辑艺术家</source>
+        <translation>Album artist</translation>
+    </message>
+    <message>
+        <source>音轨号</source>
+        <translation>Track number</translation>
+    </message>
+    <message>
+        <source>音轨总数</source>
+        <translation>Total tracks</translation>
+    </message>
+    <message>
+        <source>碟片号</source>
+        <translation>Disc number</translation>
+    </message>
+    <message>
+        <source>碟片总数</source>
+        <translation>Total discs</translation>
+    </message>
+    <message>
+        <source>年份</source>
+        <translation>Year</translation>
+    </message>
+    <message>
+        <source>发行日期（按标签原样）</source>
+        <translation>Release date (as written in the tag)</translation>
+    </message>
+    <message>
+        <source>流派</source>
+        <translation>Genre</translation>
+    </message>
+    <message>
+        <source>注释</source>
+        <translation>Comment</translation>
+    </message>
+    <message>
+        <source>作曲</source>
+        <translation>Composer</translation>
+    </message>
+    <message>
+        <source>作词</source>
+        <translation>Lyricist</translation>
+    </message>
+    <message>
+        <source>指挥</source>
+        <translation>Conductor</translation>
+    </message>
+    <message>
+        <source>版权</source>
+        <translation>Copyright</translation>
+    </message>
+    <message>
+        <source>编码者</source>
+        <translation>Encoded by</translation>
+    </message>
+    <message>
+        <source>每分钟节拍数</source>
+        <translation>Beats per minute</translation>
+    </message>
+    <message>
+        <source>国际标准音像制品编码</source>
+        <translation>International Standard Recording Code (ISRC)</translation>
+    </message>
+    <message>
+        <source>唱片公司</source>
+        <translation>Record label</translation>
+    </message>
+    <message>
+        <source>原始发行日期（按标签原样）</source>
+        <translation>Original release date (as written in the tag)</translation>
+    </message>
+    <message>
+        <source>是否为合辑</source>
+        <translation>Whether it is a compilation</translation>
+    </message>
+    <message>
+        <source>时长（秒）</source>
+        <translation>Duration (seconds)</translation>
+    </message>
+    <message>
+        <source>时长（分:秒）</source>
+        <translation>Duration (minutes:seconds)</translation>
+    </message>
+    <message>
+        <source>比特率（kbps）</source>
+        <translation>Bit rate (kbps)</translation>
+    </message>
+    <message>
+        <source>采样率（Hz）</source>
+        <translation>Sample rate (Hz)</translation>
+    </message>
+    <message>
+        <source>声道数</source>
+        <translation>Number of channels</translation>
+    </message>
+    <message>
+        <source>采样位数</source>
+        <translation>Bits per sample</translation>
+    </message>
+    <message>
+        <source>标签类型（ID3v1、ID3v2.3、ID3v2.4、APE、Xiph、MP4、ASF、RIFF）</source>
+        <translation>Tag types (ID3v1, ID3v2.3, ID3v2.4, APE, Xiph, MP4, ASF, RIFF)</translation>
+    </message>
+    <message>
+        <source>是否有封面图片</source>
+        <translation>Whether it has a cover picture</translation>
+    </message>
+    <message>
+        <source>是否有歌词</source>
+        <translation>Whether it has lyrics</translation>
+    </message>
+    <message>
+        <source>拍摄时间（按功能页选定的来源依次查找）</source>
+        <translation>Date taken (looked up in the sources chosen on the function page, in order)</translation>
+    </message>
+    <message>
+        <source>EXIF 原始拍摄时间</source>
+        <translation>EXIF original date taken</translation>
+    </message>
+    <message>
+        <source>EXIF 数字化时间</source>
+        <translation>EXIF digitised time</translation>
+    </message>
+    <message>
+        <source>XMP 创建时间</source>
+        <translation>XMP creation time</translation>
+    </message>
+    <message>
+        <source>相机厂商</source>
+        <translation>Camera make</translation>
+    </message>
+    <message>
+        <source>相机型号</source>
+        <translation>Camera model</translation>
+    </message>
+    <message>
+        <source>镜头</source>
+        <translation>Lens</translation>
+    </message>
+    <message>
+        <source>感光度（ISO）</source>
+        <translation>Sensitivity (ISO)</translation>
+    </message>
+    <message>
+        <source>光圈（f/2.8）</source>
+        <translation>Aperture (f/2.8)</translation>
+    </message>
+    <message>
+        <source>曝光时间（1/250）</source>
+        <translation>Exposure time (1/250)</translation>
+    </message>
+    <message>
+        <source>焦距（毫米）</source>
+        <translation>Focal length (mm)</translation>
+    </message>
+    <message>
+        <source>等效 35 毫米焦距</source>
+        <translation>35 mm equivalent focal length</translation>
+    </message>
+    <message>
+        <source>闪光灯是否闪光</source>
+        <translation>Whether the flash fired</translation>
+    </message>
+    <message>
+        <source>图像宽度（像素）</source>
+        <translation>Image width (pixels)</translation>
+    </message>
+    <message>
+        <source>图像高度（像素）</source>
+        <translation>Image height (pixels)</translation>
+    </message>
+    <message>
+        <source>方向（1-8）</source>
+        <translation>Orientation (1-8)</translation>
+    </message>
+    <message>
+        <source>作者（EXIF）</source>
+        <translation>Author (EXIF)</translation>
+    </message>
+    <message>
+        <source>版权（EXIF）</source>
+        <translation>Copyright (EXIF)</translation>
+    </message>
+    <message>
+        <source>图像描述（EXIF）</source>
+        <translation>Image description (EXIF)</translation>
+    </message>
+    <message>
+        <source>Windows 标题</source>
+        <translation>Windows title</translation>
+    </message>
+    <message>
+        <source>Windows 备注</source>
+        <translation>Windows comments</translation>
+    </message>
+    <message>
+        <source>Windows 作者</source>
+        <translation>Windows authors</translation>
+    </message>
+    <message>
+        <source>Windows 标记</source>
+        <translation>Windows tags</translation>
+    </message>
+    <message>
+        <source>Windows 主题</source>
+        <translation>Windows subject</translation>
+    </message>
+    <message>
+        <source>评级（0-5）</source>
+        <translation>Rating (0-5)</translation>
+    </message>
+    <message>
+        <source>GPS 纬度（十进制度数，南纬为负）</source>
+        <translation>GPS latitude (decimal degrees, negative for south)</translation>
+    </message>
+    <message>
+        <source>GPS 经度（十进制度数，西经为负）</source>
+        <translation>GPS longitude (decimal degrees, negative for west)</translation>
+    </message>
+    <message>
+        <source>GPS 海拔（米）</source>
+        <translation>GPS altitude (metres)</translation>
+    </message>
+    <message>
+        <source>GPS 纬度（度分秒）</source>
+        <translation>GPS latitude (degrees, minutes, seconds)</translation>
+    </message>
+    <message>
+        <source>GPS 经度（度分秒）</source>
+        <translation>GPS longitude (degrees, minutes, seconds)</translation>
+    </message>
+    <message>
+        <source>IPTC 作者</source>
+        <translation>IPTC by-line</translation>
+    </message>
+    <message>
+        <source>IPTC 说明</source>
+        <translation>IPTC caption</translation>
+    </message>
+    <message>
+        <source>IPTC 关键词</source>
+        <translation>IPTC keywords</translation>
+    </message>
+    <message>
+        <source>IPTC 城市</source>
+        <translation>IPTC city</translation>
+    </message>
+    <message>
+        <source>IPTC 国家</source>
+        <translation>IPTC country</translation>
+    </message>
+    <message>
+        <source>任意 Exif、IPTC 或 XMP 键的值（参数为键名）</source>
+        <translation>The value of any Exif, IPTC or XMP key (the parameter names the key)</translation>
+    </message>
+    <message>
+        <source>容器格式</source>
+        <translation>Container format</translation>
+    </message>
+    <message>
+        <source>时长（毫秒）</source>
+        <translation>Duration (milliseconds)</translation>
+    </message>
+    <message>
+        <source>时长（时:分:秒）</source>
+        <translation>Duration (hours:minutes:seconds)</translation>
+    </message>
+    <message>
+        <source>总比特率（kbps）</source>
+        <translation>Overall bit rate (kbps)</translation>
+    </message>
+    <message>
+        <source>编码日期</source>
+        <translation>Encoded date</translation>
+    </message>
+    <message>
+        <source>录制日期</source>
+        <translation>Recorded date</translation>
+    </message>
+    <message>
+        <source>视频宽度（像素）</source>
+        <translation>Video width (pixels)</translation>
+    </message>
+    <message>
+        <source>视频高度（像素）</source>
+        <translation>Video height (pixels)</translation>
+    </message>
+    <message>
+        <source>帧率（帧/秒）</source>
+        <translation>Frame rate (frames per second)</translation>
+    </message>
+    <message>
+        <source>显示宽高比（16:9）</source>
+        <translation>Display aspect ratio (16:9)</translation>
+    </message>
+    <message>
+        <source>视频编码</source>
+        <translation>Video codec</translation>
+    </message>
+    <message>
+        <source>视频位深</source>
+        <translation>Video bit depth</translation>
+    </message>
+    <message>
+        <source>HDR 格式</source>
+        <translation>HDR format</translation>
+    </message>
+    <message>
+        <source>视频旋转角度</source>
+        <translation>Video rotation (degrees)</translation>
+    </message>
+    <message>
+        <source>音频编码</source>
+        <translation>Audio codec</translation>
+    </message>
+    <message>
+        <source>音频比特率（kbps）</source>
+        <translation>Audio bit rate (kbps)</translation>
+    </message>
+    <message>
+        <source>音频语言</source>
+        <translation>Audio language</translation>
+    </message>
+    <message>
+        <source>视频流数</source>
+        <translation>Number of video streams</translation>
+    </message>
+    <message>
+        <source>音频流数</source>
+        <translation>Number of audio streams</translation>
+    </message>
+    <message>
+        <source>字幕流数</source>
+        <translation>Number of subtitle streams</translation>
+    </message>
+    <message>
+        <source>MediaInfo 的任意参数（参数为“种类;参数名”）</source>
+        <translation>Any MediaInfo parameter (the parameter is “stream kind;parameter name”)</translation>
+    </message>
+</context>
+<context>
     <name>MetaVariableCatalogue</name>
     <message>
         <source>日期时间格式：yy 两位年份，yyyy 四位年份；m 月（1-12），mm 月（01-12），mmm 月份简称，mmmm 月份全称；
@@ -334,6 +689,38 @@ level(separator)level: all folder names between the two levels, joined by the se
         <source>在“设置”菜单的“用户自定义元变量”中定义；没有对应行时为空。</source>
         <translation>Defined under “User meta-variables” in the Settings menu; empty where a list has no line for the row.</translation>
     </message>
+    <message>
+        <source>最少位数：不足时左边补 0，例如 2 时 3 写为 03</source>
+        <translation>Fewest digits: padded on the left with 0; with 2, for example, 3 is written 03</translation>
+    </message>
+    <message>
+        <source>日期时间格式，同 &lt;FDATE&gt; 等：yyyy 年，mm 月，dd 日，hh 时，nn 分，ss 秒……；
+另有 zzz 毫秒（文件没有时为 000），oooo 与 UTC 的时差（如 +0800，文件没有时为空）。
+按文件记录的当地时间写出，不换算到本机时区。</source>
+        <translation>Date and time format, as for &lt;FDATE&gt; and the like: yyyy year, mm month, dd day, hh hour, nn minute, ss second…;
+also zzz milliseconds (000 when the file has none), oooo the offset from UTC (such as +0800; empty when the file has none).
+Written in the local time the file records, not converted to this computer&apos;s time zone.</translation>
+    </message>
+    <message>
+        <source>是的文字/否的文字，例如 [封面]/ 表示有封面时写 [封面]，没有时什么也不写</source>
+        <translation>yes text/no text; for example [cover]/ writes [cover] when there is a cover and nothing when there is none</translation>
+    </message>
+    <message>
+        <source>代替值中“/”或“:”的文字（文件名不能含这两个字符）；值有多项时，为项与项之间的文字</source>
+        <translation>The text that replaces “/” or “:” in the value (file names cannot contain them); for a value of several items, the text between the items</translation>
+    </message>
+    <message>
+        <source>小数位数</source>
+        <translation>Decimal places</translation>
+    </message>
+    <message>
+        <source>要读取的键名；命令行 quillet fields 文件名 列出文件的全部键，括号中的部分即为键名</source>
+        <translation>The key to read; on the command line, quillet fields FILE lists every key of a file, and the part in brackets is the key&apos;s name</translation>
+    </message>
+    <message>
+        <source>文件没有此字段时为空；在对应的功能页可改为对象保持不变或使用替代文字。</source>
+        <translation>Empty when the file has no such field; on the matching function page you can choose to leave the object unchanged or to use a substitute text instead.</translation>
+    </message>
 </context>
 <context>
     <name>MetaVariableMenu</name>
@@ -396,6 +783,25 @@ level(separator)level: all folder names between the two levels, joined by the se
     <message>
         <source>访问时间</source>
         <translation>Accessed time</translation>
+    </message>
+</context>
+<context>
+    <name>MetadataCommands</name>
+    <message>
+        <source>替换整个文件名</source>
+        <translation>Replace the whole file name</translation>
+    </message>
+    <message>
+        <source>添加到文件名之前</source>
+        <translation>Add before the file name</translation>
+    </message>
+    <message>
+        <source>添加到文件名之后</source>
+        <translation>Add after the file name</translation>
+    </message>
+    <message>
+        <source>插入到指定位置</source>
+        <translation>Insert at a position</translation>
     </message>
 </context>
 <context>
@@ -560,6 +966,13 @@ level(separator)level: all folder names between the two levels, joined by the se
     <message>
         <source>元变量</source>
         <translation>Meta-variables</translation>
+    </message>
+</context>
+<context>
+    <name>RegexSubstitution</name>
+    <message>
+        <source>替换结果超过 %1 个字符</source>
+        <translation>the replacement is longer than %1 characters</translation>
     </message>
 </context>
 <context>
@@ -819,6 +1232,33 @@ level(separator)level: all folder names between the two levels, joined by the se
         <source>取消载入新对象，按“取消”。</source>
         <translation>to load nothing, press “Cancel”.</translation>
     </message>
+    <message>
+        <source>%1更名：%2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>正在读取文件信息</source>
+        <translation>Reading file information</translation>
+    </message>
+    <message>
+        <source>批处理命令文件中的脚本设置未合并到设置文件：%1</source>
+        <translation>The command file&apos;s script settings were not merged into the settings file: %1</translation>
+    </message>
+    <message>
+        <source>：</source>
+        <translation>: </translation>
+    </message>
+</context>
+<context>
+    <name>qp::FieldNameCommand</name>
+    <message>
+        <source>有 %1 个文件无法读取%2（文件已不存在、为空、已损坏或不是此类文件）。</source>
+        <translation>%2: %1 files could not be read (they no longer exist, are empty, are damaged or are not of this kind).</translation>
+    </message>
+    <message>
+        <source>有 %1 个对象缺少模板所用的%2字段，保持不变。</source>
+        <translation>%2: %1 objects lack fields the template uses and stay unchanged.</translation>
+    </message>
 </context>
 <context>
     <name>qp::InteractionDialogs</name>
@@ -1070,24 +1510,15 @@ level(separator)level: all folder names between the two levels, joined by the se
         <translation>The folder for the automatic snapshots could not be created!</translation>
     </message>
     <message>
-        <source>无法写入文件：%1（%2）</source>
-        <translation>Cannot write the file: %1 (%2)</translation>
-    </message>
-    <message>
-        <source>正在准备更名数据</source>
-        <translation>Preparing the rename data</translation>
-    </message>
-    <message>
         <source>智能更名失败！用户可以自行手动更名两次来达到目的。</source>
         <translation>Smart rename failed! You can reach the same names by renaming twice yourself.</translation>
     </message>
+</context>
+<context>
+    <name>qp::RenameRunner::Run</name>
     <message>
         <source>正在智能处理</source>
         <translation>Smart processing</translation>
-    </message>
-    <message>
-        <source>正在批量更名</source>
-        <translation>Renaming</translation>
     </message>
     <message>
         <source>只读属性，跳过：</source>
@@ -1102,12 +1533,28 @@ level(separator)level: all folder names between the two levels, joined by the se
         <translation>Longer than the system allows, skipped: </translation>
     </message>
     <message>
+        <source>无法写入文件：%1（%2）</source>
+        <translation>Cannot write the file: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>正在准备更名数据</source>
+        <translation>Preparing the rename data</translation>
+    </message>
+    <message>
+        <source>智能更名失败！用户可以自行手动更名两次来达到目的。</source>
+        <translation>Smart rename failed! You can reach the same names by renaming twice yourself.</translation>
+    </message>
+    <message>
         <source>文件夹更名失败：</source>
         <translation>Renaming the folder failed: </translation>
     </message>
     <message>
         <source>文件更名失败：</source>
         <translation>Renaming the file failed: </translation>
+    </message>
+    <message>
+        <source>正在批量更名</source>
+        <translation>Renaming</translation>
     </message>
     <message>
         <source>对象批量更名完成。</source>
@@ -1183,31 +1630,13 @@ level(separator)level: all folder names between the two levels, joined by the se
         <source>撤销上一次的批量更名完成！更名文件列表对象%1个，操作成功%2个，失败%3个，跳过%4个</source>
         <translation>The last batch rename was undone! %1 objects in the rename list: %2 restored, %3 failed, %4 skipped</translation>
     </message>
+    <message>
+        <source>快照中还有 %1 个对象未能恢复，快照文件已保留：%2</source>
+        <translation>%1 objects of the snapshot could not be restored; the snapshot file was kept: %2</translation>
+    </message>
 </context>
 <context>
     <name>qp::cli::CliApp</name>
-    <message>
-        <source>Quillet Pro 批量文件更名的命令行工具 (batch renamer, command line)
-
-命令 (commands):
-  preview   载入对象，运行命令列表并预览，输出各行 (load, run the command list, preview, print the rows)
-  apply     同 preview，然后应用更名 (as preview, then apply the renames)
-  undo      撤销一次批量更名 (undo a rename batch)
-  import    导入更名方案或快照文件 (import a rename programme or snapshot)
-  export    导出更名方案或更名对照列表 (export the rename programme or the contrast list)
-
-退出码 (exit codes): 0 完成 (done)；1 有对象更名失败或仍有冲突 (rows failed or in conflict)；2 用法或输入错误 (bad usage or input)</source>
-        <translation>Quillet Pro batch renamer, command line
-
-Commands:
-  preview   load, run the command list, preview, print the rows
-  apply     as preview, then apply the renames
-  undo      undo a rename batch
-  import    import a rename programme or snapshot
-  export    export the rename programme or the contrast list
-
-Exit codes: 0 done; 1 rows failed or in conflict; 2 bad usage or input</translation>
-    </message>
     <message>
         <source>显示帮助 (show this help)</source>
         <translation>show this help</translation>
@@ -1320,12 +1749,130 @@ Options:
 Arguments:
 </translation>
     </message>
+    <message>
+        <source>Quillet Pro 批量文件更名的命令行工具 (batch renamer, command line)
+
+命令 (commands):
+  preview   载入对象，运行命令列表并预览，输出各行 (load, run the command list, preview, print the rows)
+  apply     同 preview，然后应用更名 (as preview, then apply the renames)
+  undo      撤销一次批量更名 (undo a rename batch)
+  import    导入更名方案或快照文件 (import a rename programme or snapshot)
+  export    导出更名方案或更名对照列表 (export the rename programme or the contrast list)
+  fields    列出文件中可读取的全部元数据字段 (list every metadata field of the files)
+
+退出码 (exit codes): 0 完成 (done)；1 有对象更名失败或仍有冲突 (rows failed or in conflict)；2 用法或输入错误 (bad usage or input)</source>
+        <translation>Quillet Pro batch renamer, command line
+
+Commands:
+  preview   load, run the command list, preview, print the rows
+  apply     as preview, then apply the renames
+  undo      undo a rename batch
+  import    import a rename programme or snapshot
+  export    export the rename programme or the contrast list
+  fields    list every metadata field of the files
+
+Exit codes: 0 done; 1 rows failed or in conflict; 2 bad usage or input</translation>
+    </message>
+    <message>
+        <source>运行命令列表中的 Pascal 和 Python 脚本 (run the scripts of the command list)</source>
+        <translation>run the Pascal and Python scripts of the command list</translation>
+    </message>
 </context>
 <context>
     <name>qp::filtersets</name>
     <message>
         <source>筛选方案的名称不能为空，也不能含有“[”“]”或控制字符。</source>
         <translation>A filter set&apos;s name cannot be empty or contain “[”, “]” or control characters.</translation>
+    </message>
+</context>
+<context>
+    <name>qp::metadata</name>
+    <message>
+        <source>音乐标签</source>
+        <translation>Music tags</translation>
+    </message>
+    <message>
+        <source>1.M.音乐标签更名</source>
+        <translation>1.M. Music tag rename</translation>
+    </message>
+    <message>
+        <source>照片信息</source>
+        <translation>Photo info</translation>
+    </message>
+    <message>
+        <source>1.D.照片信息更名</source>
+        <translation>1.D. Photo info rename</translation>
+    </message>
+    <message>
+        <source>媒体信息</source>
+        <translation>Media info</translation>
+    </message>
+    <message>
+        <source>1.C.媒体信息更名</source>
+        <translation>1.C. Media info rename</translation>
+    </message>
+</context>
+<context>
+    <name>qp::python</name>
+    <message>
+        <source>（另有 %1 行未显示）</source>
+        <translation>(%1 more lines not shown)</translation>
+    </message>
+    <message>
+        <source>Python 脚本给第 %1 个文件的%2不是字符串，所有文件名保持不变。</source>
+        <translation>The Python script gave file %1 a value that is not a string (%2); all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>文件名</source>
+        <translation>File name</translation>
+    </message>
+    <message>
+        <source>扩展名</source>
+        <translation>Extension</translation>
+    </message>
+    <message>
+        <source>Python 脚本返回的结果无法识别，所有文件名保持不变。</source>
+        <translation>The Python script&apos;s result cannot be understood; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 脚本返回了 %1 个结果，应为 %2 个，所有文件名保持不变。</source>
+        <translation>The Python script returned %1 results instead of %2; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>找不到 Python 解释器（试过：%1）。请安装 Python 3，或在选项设置中指定 Python 程序；所有文件名保持不变。</source>
+        <translation>No Python interpreter was found (tried: %1). Please install Python 3 or set the Python program in the options; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 脚本的输出过多，已停止，所有文件名保持不变。</source>
+        <translation>The Python script wrote too much output and was stopped; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 脚本运行超过时间上限（%1 秒），已停止，所有文件名保持不变。</source>
+        <translation>The Python script ran past the time limit (%1 seconds) and was stopped; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 脚本已按要求停止，所有文件名保持不变。</source>
+        <translation>The Python script was stopped as asked; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 进程异常结束，所有文件名保持不变。</source>
+        <translation>The Python process ended abnormally; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 脚本中没有定义 rename(rows) 或 rename_one(row) 函数，所有文件名保持不变。</source>
+        <translation>The Python script defines no rename(rows) or rename_one(row) function; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 脚本出错，所有文件名保持不变：</source>
+        <translation>The Python script failed; all file names stay unchanged:</translation>
+    </message>
+    <message>
+        <source>Python 脚本以退出码 %1 结束，所有文件名保持不变。</source>
+        <translation>The Python script ended with exit code %1; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 脚本没有给出结果就结束了，所有文件名保持不变。</source>
+        <translation>The Python script ended without giving a result; all file names stay unchanged.</translation>
     </message>
 </context>
 <context>
@@ -1360,6 +1907,84 @@ Arguments:
     <message>
         <source>列表中有 %1 行无法识别，已忽略。</source>
         <translation>%1 lines of the list could not be read and were ignored.</translation>
+    </message>
+</context>
+<context>
+    <name>qp::scriptcommands</name>
+    <message>
+        <source>Pascal 脚本更名</source>
+        <translation>Rename by Pascal script</translation>
+    </message>
+    <message>
+        <source>Python 脚本更名</source>
+        <translation>Rename by Python script</translation>
+    </message>
+</context>
+<context>
+    <name>qp::scriptcommands::PascalRenamer</name>
+    <message>
+        <source>脚本超过 %1 个字符</source>
+        <translation>the script is longer than %1 characters</translation>
+    </message>
+    <message>
+        <source>Pascal 脚本有错误（第 %1 行第 %2 列）：%3。所有文件名保持不变。</source>
+        <translation>The Pascal script has an error (line %1, column %2): %3. All file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Pascal 脚本运行出错（第 %1 行第 %2 列）：%3。出错的文件：%4。所有文件名保持不变。</source>
+        <translation>The Pascal script failed (line %1, column %2): %3. It failed on the file: %4. All file names stay unchanged.</translation>
+    </message>
+</context>
+<context>
+    <name>qp::scriptcommands::PascalRenamer::Impl</name>
+    <message>
+        <source>正则表达式有误：%1（位置 %2）</source>
+        <translation>the regular expression has an error: %1 (position %2)</translation>
+    </message>
+    <message>
+        <source>正则表达式替换失败：%1</source>
+        <translation>the regular expression replacement failed: %1</translation>
+    </message>
+    <message>
+        <source>正则表达式匹配失败：%1</source>
+        <translation>the regular expression match failed: %1</translation>
+    </message>
+</context>
+<context>
+    <name>qp::scripts</name>
+    <message>
+        <source>%1 脚本未运行：命令行中要加上 --allow-scripts 才会运行脚本，所有文件名保持不变。</source>
+        <translation>The %1 script did not run: scripts run only with --allow-scripts on the command line; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>来自命令文件的 %1 脚本未获允许运行，所有文件名保持不变。</source>
+        <translation>The %1 script from the command file was not allowed to run; all file names stay unchanged.</translation>
+    </message>
+    <message>
+        <source>Python 脚本可以读写文件、运行程序，请只允许您信任的脚本。</source>
+        <translation>A Python script can read and write files and run programs; allow only scripts you trust.</translation>
+    </message>
+    <message>
+        <source>Pascal 脚本只能读取文件名和文件信息，不能改动文件。</source>
+        <translation>A Pascal script can only read file names and file information; it cannot change files.</translation>
+    </message>
+    <message>
+        <source>警告</source>
+        <translation>Warning</translation>
+    </message>
+    <message>
+        <source>此命令文件包含脚本（%1，共 %2 行），预览和更名时会运行它。%3
+
+脚本开头：
+%4
+
+是否允许运行？您的选择会被记住。</source>
+        <translation>This command file contains a script (%1, %2 lines), which runs at every preview and rename. %3
+
+The script begins:
+%4
+
+Allow it to run? Your choice is remembered.</translation>
     </message>
 </context>
 <context>
@@ -1857,6 +2482,69 @@ Arguments:
     </message>
 </context>
 <context>
+    <name>qp::ui::ScriptSection</name>
+    <message>
+        <source>加三位序号前缀</source>
+        <translation>Three-digit number as prefix</translation>
+    </message>
+    <message>
+        <source>扩展名改为小写</source>
+        <translation>Extension to lower case</translation>
+    </message>
+    <message>
+        <source>修改日期作前缀</source>
+        <translation>Modified date as prefix</translation>
+    </message>
+    <message>
+        <source>正则表达式：交换两段</source>
+        <translation>Regular expression: swap two parts</translation>
+    </message>
+    <message>
+        <source>用音乐标题作文件名</source>
+        <translation>Music title as file name</translation>
+    </message>
+    <message>
+        <source>正则表达式：空白改为下划线</source>
+        <translation>Regular expression: white space to underscores</translation>
+    </message>
+    <message>
+        <source>按下面的脚本更名</source>
+        <translation>Rename by the script below</translation>
+    </message>
+    <message>
+        <source>FileName 是含扩展名的文件名，改它即可更名。可用 FilePath、FileFolder、FileIndex、FileCount、FileSize、FileModified、IsFolder、Initialized。</source>
+        <translation>FileName is the file name with its extension; change it to rename. Also at hand: FilePath, FileFolder, FileIndex, FileCount, FileSize, FileModified, IsFolder, Initialized.</translation>
+    </message>
+    <message>
+        <source>定义 rename(rows) 修改各行的 name 和 extension，或定义 rename_one(row) 返回新文件名。</source>
+        <translation>Define rename(rows) to change each row&apos;s name and extension, or rename_one(row) to return the new file name.</translation>
+    </message>
+    <message>
+        <source>测试</source>
+        <translation>Test</translation>
+    </message>
+    <message>
+        <source>在更名列表中选定的行上试运行脚本，只显示结果，不改动任何名称</source>
+        <translation>Try the script on the row chosen in the rename list; it only shows the result and changes no names</translation>
+    </message>
+    <message>
+        <source>插入示例</source>
+        <translation>Insert an example</translation>
+    </message>
+    <message>
+        <source>语法正确。</source>
+        <translation>The syntax is correct.</translation>
+    </message>
+    <message>
+        <source>更名列表是空的，没有可以试运行的行。</source>
+        <translation>The rename list is empty; there is no row to try the script on.</translation>
+    </message>
+    <message>
+        <source>测试：%1 → %2</source>
+        <translation>Test: %1 → %2</translation>
+    </message>
+</context>
+<context>
     <name>qp::ui::TAboutForm</name>
     <message>
         <source>关于 Quillet Pro</source>
@@ -2172,6 +2860,34 @@ Note: %1</translation>
     <message>
         <source>（重新启动后生效）</source>
         <translation>(takes effect at the next start)</translation>
+    </message>
+    <message>
+        <source>脚本</source>
+        <translation>Scripts</translation>
+    </message>
+    <message>
+        <source>留空则使用 python3（Windows：py -3 或 python）</source>
+        <translation>Leave empty to use python3 (Windows: py -3 or python)</translation>
+    </message>
+    <message>
+        <source>Python 程序：</source>
+        <translation>Python program:</translation>
+    </message>
+    <message>
+        <source>脚本运行时间上限（秒）：</source>
+        <translation>Script time limit (seconds):</translation>
+    </message>
+    <message>
+        <source>文件信息</source>
+        <translation>File information</translation>
+    </message>
+    <message>
+        <source>自动（选常用汉字最多的解码）</source>
+        <translation>Automatic (the decoding with the most common Chinese characters)</translation>
+    </message>
+    <message>
+        <source>非 Unicode 标签编码：</source>
+        <translation>Non-Unicode tag encoding:</translation>
     </message>
 </context>
 <context>
@@ -2719,6 +3435,14 @@ Note: %1</translation>
         <source>温馨提示</source>
         <translation>Note</translation>
     </message>
+    <message>
+        <source>1.A.12.Pascal 脚本更名</source>
+        <translation>1.A.12. Rename by Pascal script</translation>
+    </message>
+    <message>
+        <source>1.A.13.Python 脚本更名</source>
+        <translation>1.A.13. Rename by Python script</translation>
+    </message>
 </context>
 <context>
     <name>qp::ui::TFrameFileRenameExt</name>
@@ -2925,6 +3649,97 @@ Note: %1</translation>
     <message>
         <source>按文件内容识别（内置）；无法识别的保持不变</source>
         <translation>Recognised from the file&apos;s contents (built in); unrecognised files stay unchanged</translation>
+    </message>
+</context>
+<context>
+    <name>qp::ui::TFrameFileRenameMetadata</name>
+    <message>
+        <source>按%1更名</source>
+        <translation>Rename by %1</translation>
+    </message>
+    <message>
+        <source>整个文件名</source>
+        <translation>Whole file name</translation>
+    </message>
+    <message>
+        <source>文件名之前</source>
+        <translation>Before the file name</translation>
+    </message>
+    <message>
+        <source>文件名之后</source>
+        <translation>After the file name</translation>
+    </message>
+    <message>
+        <source>插入位置</source>
+        <translation>Insert at</translation>
+    </message>
+    <message>
+        <source>从后计算</source>
+        <translation>Count from the end</translation>
+    </message>
+    <message>
+        <source>模板</source>
+        <translation>Template</translation>
+    </message>
+    <message>
+        <source>该对象保持不变</source>
+        <translation>Leave the object unchanged</translation>
+    </message>
+    <message>
+        <source>该字段留空</source>
+        <translation>Leave the field empty</translation>
+    </message>
+    <message>
+        <source>使用替代文字</source>
+        <translation>Use a substitute text</translation>
+    </message>
+    <message>
+        <source>缺少字段时</source>
+        <translation>When a field is missing</translation>
+    </message>
+    <message>
+        <source>替代文字</source>
+        <translation>Substitute text</translation>
+    </message>
+    <message>
+        <source>未知</source>
+        <translation>Unknown</translation>
+    </message>
+    <message>
+        <source>选中更名列表中的文件，这里列出它的字段；双击插入到模板</source>
+        <translation>Choose a file in the rename list to list its fields here; double-click a field to insert it into the template</translation>
+    </message>
+    <message>
+        <source>元变量</source>
+        <translation>Meta-variables</translation>
+    </message>
+    <message>
+        <source>值</source>
+        <translation>Value</translation>
+    </message>
+    <message>
+        <source>拍摄时间：EXIF 原始时间，其次</source>
+        <translation>Date taken: the EXIF original time, then</translation>
+    </message>
+    <message>
+        <source>数字化时间</source>
+        <translation>Digitised time</translation>
+    </message>
+    <message>
+        <source>XMP 创建时间</source>
+        <translation>XMP creation time</translation>
+    </message>
+    <message>
+        <source>文件修改时间</source>
+        <translation>File modified time</translation>
+    </message>
+    <message>
+        <source>%1 的字段（双击插入到模板）：</source>
+        <translation>Fields of %1 (double-click to insert into the template):</translation>
+    </message>
+    <message>
+        <source>%1 没有可读取的字段。</source>
+        <translation>%1 has no readable fields.</translation>
     </message>
 </context>
 <context>
