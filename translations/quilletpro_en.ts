@@ -2889,6 +2889,14 @@ Note: %1</translation>
         <source>非 Unicode 标签编码：</source>
         <translation>Non-Unicode tag encoding:</translation>
     </message>
+    <message>
+        <source>新文件名遵守 Windows 的命名规则</source>
+        <translation>New names follow the Windows naming rules</translation>
+    </message>
+    <message>
+        <source>预览时删除 \ / : * ? &lt; &gt; | 和控制字符以及末尾的点和空格，并为 CON、NUL、COM1 等设备名编号。Windows 下始终如此；Linux 下不选时只删除“/”。</source>
+        <translation>Preview removes \ / : * ? &lt; &gt; | and control characters as well as trailing dots and spaces, and numbers device names such as CON, NUL and COM1. Always so on Windows; on Linux, when this is off, only “/” is removed.</translation>
+    </message>
 </context>
 <context>
     <name>qp::ui::TExportContrastFileForm</name>
