@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QStringDecoder>
+#include <optional>
 
 #include "core/Loader.h"
 #include "core/PathText.h"
@@ -90,29 +91,29 @@ QByteArray programmeFileBytes(const RenameList& list)
     return text::withBomAndCrlf(lines);
 }
 
-RenameFileText readRenameFile(QStringView text)
+void forEachRenameFileLine(QStringView text,
+                           const std::function<void(RenameSection, QStringView key, QStringView value)>& entry)
 {
-    RenameFileText file;
     if (!text.isEmpty() && text.front() == u'\uFEFF')
         text = text.sliced(1);
-    std::vector<ProgrammeLine>* section = nullptr;
-    bool inJournal = false;
+    std::optional<RenameSection> section;
     text::forEachLine(text, [&](QStringView line) {
         const QStringView trimmed = text::trimBlanks(line);
         if (trimmed.isEmpty() || trimmed.front() == u';' || trimmed.front() == u'#')
             return;
         if (const QStringView name = text::sectionHeader(line); !name.isNull()) {
             auto is = [&](const char16_t* known) { return name.compare(QStringView(known), Qt::CaseInsensitive) == 0; };
-            section = is(u"Rename Programme") ? &file.programme
-                      : is(u"Rename Config")  ? &file.config
-                      : is(u"Rename Plan")    ? &file.plan
-                                              : nullptr;
-            inJournal = is(u"Rename Journal");
-            file.hasJournal = file.hasJournal || inJournal;
+            section = is(u"Rename Programme") ? std::optional(RenameSection::Programme)
+                      : is(u"Rename Config")  ? std::optional(RenameSection::Config)
+                      : is(u"Rename Plan")    ? std::optional(RenameSection::Plan)
+                      : is(u"Rename Journal") ? std::optional(RenameSection::Journal)
+                                              : std::nullopt;
+            if (section == RenameSection::Journal)
+                entry(RenameSection::Journal, QStringView(), QStringView());  // the heading itself
             return;
         }
-        if (inJournal) {
-            file.journal.push_back(line.toString());
+        if (section == RenameSection::Journal) {
+            entry(RenameSection::Journal, QStringView(), line);
             return;
         }
         const qsizetype eq = line.indexOf(u'=');
@@ -122,7 +123,24 @@ RenameFileText readRenameFile(QStringView text)
         while (!key.isEmpty() && (key.front() == u' ' || key.front() == u'\t'))
             key = key.sliced(1);
         if (!key.isEmpty())
-            section->push_back(ProgrammeLine{key.toString(), line.sliced(eq + 1).toString()});
+            entry(*section, key, line.sliced(eq + 1));
+    });
+}
+
+RenameFileText readRenameFile(QStringView text)
+{
+    RenameFileText file;
+    forEachRenameFileLine(text, [&](RenameSection section, QStringView key, QStringView value) {
+        switch (section) {
+        case RenameSection::Config: file.config.push_back({key.toString(), value.toString()}); break;
+        case RenameSection::Programme: file.programme.push_back({key.toString(), value.toString()}); break;
+        case RenameSection::Plan: file.plan.push_back({key.toString(), value.toString()}); break;
+        case RenameSection::Journal:
+            file.hasJournal = true;
+            if (!value.isNull())
+                file.journal.push_back(value.toString());
+            break;
+        }
     });
     return file;
 }

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 #include <QStringView>
+#include <functional>
 #include <vector>
 
 namespace qp {
@@ -39,6 +40,13 @@ struct RenameFileText {
     bool hasJournal = false;
 };
 RenameFileText readRenameFile(QStringView text);
+
+// The same reading, handing each line over in place instead of copying it: `entry` gets
+// the section and, for key=value lines, the key and the value (journal lines: the whole
+// line as `value` and an empty key).
+enum class RenameSection { Config, Programme, Plan, Journal };
+void forEachRenameFileLine(QStringView text,
+                           const std::function<void(RenameSection, QStringView key, QStringView value)>& entry);
 
 // The imported texts: "<61>", "<13>" and "<10>" become "=", CR and LF, then control
 // characters and * / < > ? | go. The old path keeps the platform's separator so that full

@@ -162,38 +162,49 @@ QByteArray snapshotBytes(const SnapshotData& data)
 
 std::optional<SnapshotData> parseSnapshot(QStringView text)
 {
-    const RenameFileText file = readRenameFile(text);
-    if (file.programme.empty())
-        return std::nullopt;
     SnapshotData data;
-    for (const ProgrammeLine& line : file.config) {
-        const QStringView key = text::trimBlanks(line.oldPath);
-        const bool on = text::trimBlanks(line.newName) == u"1";
-        if (key.compare(u"FoundExist", Qt::CaseInsensitive) == 0)
-            data.foundExist = on;
-        else if (key.compare(u"FoundExistAndExchange", Qt::CaseInsensitive) == 0)
-            data.foundExistAndExchange = on;
-        else if (key.compare(u"Unfinished", Qt::CaseInsensitive) == 0)
-            data.unfinished = on;
-    }
-    data.lines.reserve(file.programme.size());
-    for (const ProgrammeLine& line : file.programme)
-        data.lines.push_back(SnapshotLine{internalSeparators(text::fromNameField(line.oldPath)),
-                                          text::fromNameField(line.newName)});
-    for (const ProgrammeLine& line : file.plan)
-        data.moves.push_back(moveFrom(line.oldPath, line.newName));
+    bool programme = false;
+    bool journal = false;
+    std::vector<PlannedMove> extra;  // renames outside the plan, after it whatever the file order
+    forEachRenameFileLine(text, [&](RenameSection section, QStringView key, QStringView value) {
+        switch (section) {
+        case RenameSection::Config: {
+            key = text::trimBlanks(key);
+            const bool on = text::trimBlanks(value) == u"1";
+            if (key.compare(u"FoundExist", Qt::CaseInsensitive) == 0)
+                data.foundExist = on;
+            else if (key.compare(u"FoundExistAndExchange", Qt::CaseInsensitive) == 0)
+                data.foundExistAndExchange = on;
+            else if (key.compare(u"Unfinished", Qt::CaseInsensitive) == 0)
+                data.unfinished = on;
+            break;
+        }
+        case RenameSection::Programme:
+            programme = true;
+            data.lines.push_back(SnapshotLine{internalSeparators(text::fromNameField(key)), text::fromNameField(value)});
+            break;
+        case RenameSection::Plan:
+            data.moves.push_back(moveFrom(key, value));
+            break;
+        case RenameSection::Journal: {
+            journal = true;
+            if (value.isNull() || readMark(value, data))
+                break;
+            const qsizetype eq = value.indexOf(u'=');
+            QStringView from = value.first(qMax<qsizetype>(eq, 0));
+            while (!from.isEmpty() && (from.front() == u' ' || from.front() == u'\t'))
+                from = from.sliced(1);
+            if (eq > 0 && !from.isEmpty())
+                extra.push_back(moveFrom(from, value.sliced(eq + 1)));
+            break;
+        }
+        }
+    });
+    if (!programme)
+        return std::nullopt;
     data.planMoves = qsizetype(data.moves.size());
-    for (const QString& line : file.journal) {
-        if (readMark(line, data))
-            continue;
-        const qsizetype eq = line.indexOf(u'=');
-        QStringView key = QStringView(line).first(qMax<qsizetype>(eq, 0));
-        while (!key.isEmpty() && (key.front() == u' ' || key.front() == u'\t'))
-            key = key.sliced(1);
-        if (eq > 0 && !key.isEmpty())
-            data.moves.push_back(moveFrom(key, QStringView(line).sliced(eq + 1)));
-    }
-    data.unfinished = data.unfinished || file.hasJournal || !file.plan.empty();
+    data.moves.insert(data.moves.end(), std::make_move_iterator(extra.begin()), std::make_move_iterator(extra.end()));
+    data.unfinished = data.unfinished || journal || data.planMoves > 0;
     return data;
 }
 
